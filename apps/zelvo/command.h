@@ -1,0 +1,36 @@
+// The subcommands of the `zelvo` command-line host.
+//
+// Each subcommand lives in a file of its own (cmd_*.cpp) and is listed once
+// in the table of commands.cpp. A command gets its arguments after its name
+// and returns the process's exit status: 0 success, 1 failure (with a clear
+// message on stderr), 2 bad usage (with a one-line reason on stderr).
+#pragma once
+
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace zelvo::cli {
+
+constexpr int kExitOk = 0;
+constexpr int kExitFailure = 1;
+constexpr int kExitUsage = 2;
+
+struct Command {
+    std::string_view name;
+    std::string_view summary;  // one line for `zelvo --help`
+    std::string_view usage;    // the whole text of `zelvo NAME --help`
+    int (*run)(std::span<const std::string> args);
+};
+
+// Every command, in the order `zelvo --help` lists them.
+std::span<const Command> Commands();
+
+// Prints "zelvo NAME: REASON" and a pointer to --help on stderr; returns 2.
+int UsageError(std::string_view command, std::string_view reason);
+
+// True when args hold --help or -h.
+bool WantsHelp(std::span<const std::string> args);
+
+}  // namespace zelvo::cli

@@ -1,0 +1,33 @@
+#include "platform/core/variant.h"
+
+#include <gtest/gtest.h>
+
+namespace zelvo {
+namespace {
+
+TEST(Variant, LooseConversionsFollowTheRuntime) {
+    EXPECT_EQ(Variant(true).AsInteger(), -1);
+    EXPECT_EQ(Variant(false).AsInteger(), 0);
+    EXPECT_EQ(Variant().AsInteger(), 0);
+    EXPECT_EQ(Variant(" 42 ").AsInteger(), 42);
+    EXPECT_EQ(Variant("4x").AsInteger(), 0);
+    EXPECT_EQ(Variant(2.5).AsInteger(), 2);  // banker's rounding, as CLng
+    EXPECT_EQ(Variant(3.5).AsInteger(), 4);
+    EXPECT_EQ(Variant().AsText(), "");
+    EXPECT_EQ(Variant(true).AsText(), "True");
+    EXPECT_EQ(Variant(std::int64_t{-7}).AsText(), "-7");
+    EXPECT_EQ(Variant(1.25).AsText(), "1.25");
+    EXPECT_EQ(Variant(3.0).AsText(), "3");
+    EXPECT_EQ(Variant(Bytes{'a', 'b'}).AsText(), "ab");
+}
+
+TEST(Variant, KindsStayApartInComparison) {
+    EXPECT_EQ(Variant(), Variant(Null{}));
+    EXPECT_NE(Variant(0), Variant());
+    EXPECT_NE(Variant(""), Variant());
+    EXPECT_NE(Variant(-1), Variant(true));
+    EXPECT_EQ(Variant("x").Debug(), "\"x\"");
+}
+
+}  // namespace
+}  // namespace zelvo
