@@ -1,0 +1,165 @@
+// Jet SQL → SQLite SQL.
+//
+// The book's code builds Jet SQL texts by concatenation: double-quoted
+// literals, [bracketed names] with blanks, True/False, &, Instr, Mid$, IIf,
+// Asc, Like with * ? # [..], Distinctrow, comma joins and nested INNER/LEFT/
+// RIGHT joins, saved queries used as tables, Jet's DDL type names. This module
+// parses such a text (a real lexer and recursive-descent parser, not string
+// patching) and writes the SQLite statement that gives the same rows.
+//
+// Two steps, so that a statement run many times with different literals is
+// translated and prepared once:
+//
+//   1. `Parameterize` lexes the text and lifts every string and number
+//      literal out of it. Texts that differ only in their literals give the
+//      same `Shape::key`.
+//   2. `TranslateStatement` / `TranslateCriteria` turn a shape into SQLite
+//      SQL in which literal i (0-based) of the shape is the parameter ?(i+1).
+//      A translation may write a literal into the text instead (a Text(50)
+//      size, say); it then says so in `cacheable`.
+//
+// Names are resolved against a `Catalog` (tables and saved queries with their
+// columns), as Jet does: an unknown table or query is error 3078, an unknown
+// column name becomes a parameter and the statement fails with 3061 "Too few
+// parameters. Expected n." (n counts the distinct unknown names), a bare
+// column name found in two sources is 3079. Syntax errors are 3075 (in an
+// expression), 3131 (FROM clause), 3134/3144/3145/3290/3293 by statement; a
+// text that is no statement at all is 3129.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/core/variant.h"
+
+struct sqlite3;
+
+namespace zelvo::dao::jet {
+
+// ---------------------------------------------------------------- catalog
+
+// A table or saved query as the translator needs to know it.
+struct CatalogObject {
+    std::string name;                  // as stored (its case)
+    bool isQuery = false;              // a saved query: a view, without rowid
+    std::vector<std::string> columns;  // in their order
+};
+
+class Catalog {
+public:
+    virtual ~Catalog() = default;
+    // The table or saved query of that name, compared without regard to case.
+    virtual std::optional<CatalogObject> Find(std::string_view name) const = 0;
+};
+
+// ---------------------------------------------------------------- shapes
+
+struct Shape {
+    std::string key;                // the text with literals replaced; equal keys translate alike
+    std::vector<Variant> literals;  // string literals as Text, numbers as Integer or Double
+};
+
+// Lexes `jetSql`. Throws zelvo::Error 3075 for an unterminated literal or
+// bracket.
+Shape Parameterize(std::string_view jetSql);
+
+// ---------------------------------------------------------------- statements
+
+enum class StatementKind { Select, Insert, Update, Delete, CreateTable, AlterTable, DropTable };
+
+// One column of a SELECT's result, in order.
+struct OutputColumn {
+    std::string name;          // the field's name as DAO gives it: alias, bare name, or
+                               // "Table.Field" where the bare name would be ambiguous;
+                               // "Expr1000", "Expr1001", … for unnamed expressions
+    int source = -1;           // index into Translation::sources, or -1 for an expression
+    std::string sourceColumn;  // the column's name in that source (its stored case)
+};
+
+// A table or saved query of the FROM list.
+struct Source {
+    std::string name;   // table or query name, as stored
+    std::string alias;  // the alias, or the name when there is none
+    bool isQuery = false;
+    // The parameter-free SQLite expression of this source's rowid in the
+    // result ("rowid" of the alias), or "" for a saved query. The translator
+    // adds one hidden result column per table source after the visible ones,
+    // in the order of `sources`, named "__rowid<k>"; see `hiddenRowids`.
+    bool hasRowid = false;
+};
+
+// A column definition of CREATE TABLE or ALTER TABLE … ADD/ALTER COLUMN.
+struct ColumnDef {
+    std::string name;
+    int type = 10;      // DAO type code: 1 Yes/No, 4 Long, 10 Text, 11 Long Binary, 12 Memo,
+                        // 7 Double, 8 Date, 3 Integer, 2 Byte …
+    int size = 0;       // Text(n): n; Text without size: 255
+    bool counter = false;  // COUNTER / AUTOINCREMENT: a Long with attribute 16
+    bool notNull = false;
+};
+
+struct Translation {
+    StatementKind kind = StatementKind::Select;
+    std::string sql;         // SQLite text (empty for DDL: the engine runs DDL itself)
+    bool cacheable = true;   // false when a literal was written into `sql`
+
+    // Select only.
+    bool distinct = false;            // Select Distinct: the result is read-only
+    std::vector<OutputColumn> columns;
+    std::vector<Source> sources;
+    int hiddenRowids = 0;             // hidden "__rowid<k>" columns at the end of the result
+
+    // Insert / Update / Delete: the table written.
+    std::string table;
+
+    // DDL.
+    std::vector<ColumnDef> columnDefs;  // Create Table: all; Alter Table Add/Alter: the one
+    enum class AlterAction { None, AddColumn, DropColumn, AlterColumn } alter = AlterAction::None;
+    std::string dropColumn;             // Alter Table … Drop Column
+};
+
+// Translates one statement. Throws zelvo::Error with the numbers listed at
+// the top of this file.
+Translation TranslateStatement(const Shape& shape, const Catalog& catalog);
+
+// A criteria string of FindFirst/FindNext/…: a WHERE clause without WHERE,
+// over the fields of an open record set named `fields` (its OutputColumn
+// names; a reference may be bare, bracketed, or "Table.Field" / "[T].[F]").
+struct CriteriaTranslation {
+    // SQLite boolean expression in which field i of the record set is the
+    // column "f<i>" of the row source the engine wraps around the query; the
+    // literals are parameters ?(i+1) as in statements.
+    std::string sql;
+    bool cacheable = true;
+    // The fields compared by "=" with a literal in the top-level conjunction
+    // (e.g. "[A]=1 And [B]=\"x\""): the engine may index them.
+    std::vector<int> equalityFields;
+};
+
+CriteriaTranslation TranslateCriteria(const Shape& shape, const std::vector<std::string>& fields);
+
+// ---------------------------------------------------------------- runtime
+
+// The collation every Text column is declared with: compares and orders
+// without regard to case across all of Unicode (ICU, secondary strength),
+// "ИВАНОВ" = "иванов". Its name in SQL is "JET".
+inline constexpr const char* kCollation = "JET";
+
+// Registers on `db` everything the translated SQL calls: the collation, and
+// the functions jet_concat (the & operator: one Null side counts as ""),
+// jet_instr, jet_mid, jet_left, jet_right, jet_len, jet_asc, jet_chr, jet_ucase,
+// jet_lcase, jet_trim…, jet_like (Jet's Like: * ? # [list] [!list], case-
+// insensitive across Unicode), jet_iif and the others the translator emits.
+// Returns SQLITE_OK or an SQLite error code.
+int RegisterJetRuntime(sqlite3* db);
+
+// Compares two UTF-8 texts as the JET collation does (<0, 0, >0).
+int CompareText(std::string_view a, std::string_view b);
+
+// Jet's Like on two texts.
+bool JetLike(std::string_view text, std::string_view pattern);
+
+}  // namespace zelvo::dao::jet
