@@ -15,6 +15,7 @@ packages=(
   libgtest-dev libgmock-dev libbenchmark-dev sqlite3
   libjpeg-turbo-progs           # cjpeg/djpeg: reference encoder and decoder
   python3-vobject libez-vcard-java default-jre-headless  # independent vCard parsers
+  libvinnie-java default-jdk-headless  # ez-vcard's line parser; javac builds the vCard checker
 )
 
 missing=()
