@@ -7,10 +7,12 @@ namespace zelvo::cli {
 
 // Declared in the cmd_*.cpp files.
 extern const Command kSqlCommand;
+extern const Command kJpegCommand;
 
 std::span<const Command> Commands() {
     static const std::vector<Command> table = {
         kSqlCommand,
+        kJpegCommand,
     };
     return table;
 }
