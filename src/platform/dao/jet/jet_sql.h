@@ -63,7 +63,11 @@ struct Shape {
 };
 
 // Lexes `jetSql`. Throws zelvo::Error 3075 for an unterminated literal or
-// bracket.
+// bracket. String literals may be written "…" or '…' (the delimiter doubled
+// inside stands for itself) or #…# (kept as text); a number literal is an
+// unsigned decimal (a minus sign stays in the key as an operator). In the
+// key a string literal is the byte 0x01 and a number literal the byte 0x02.
+// One pass, one allocation for the key: this is what every execution pays.
 Shape Parameterize(std::string_view jetSql);
 
 // ---------------------------------------------------------------- statements
@@ -98,19 +102,31 @@ struct ColumnDef {
                         // 7 Double, 8 Date, 3 Integer, 2 Byte …
     int size = 0;       // Text(n): n; Text without size: 255
     bool counter = false;  // COUNTER / AUTOINCREMENT: a Long with attribute 16
-    bool notNull = false;
+    bool notNull = false;     // NOT NULL (also set by PRIMARY KEY)
+    bool primaryKey = false;  // PRIMARY KEY written on the column
+    bool unique = false;      // UNIQUE written on the column
 };
 
 struct Translation {
     StatementKind kind = StatementKind::Select;
-    std::string sql;         // SQLite text (empty for DDL: the engine runs DDL itself)
-    bool cacheable = true;   // false when a literal was written into `sql`
+    // SQLite text (empty for DDL: the engine runs DDL itself). Literal i is
+    // the parameter ?(i+1); a literal written into the text (Top n) has no
+    // parameter, so bind only indexes up to sqlite3_bind_parameter_count.
+    // Names are in double quotes; run it with DQS switched off.
+    std::string sql;
+    bool cacheable = true;   // false when a literal was written into `sql` or `columnDefs`
 
     // Select only.
     bool distinct = false;            // Select Distinct: the result is read-only
     std::vector<OutputColumn> columns;
     std::vector<Source> sources;
-    int hiddenRowids = 0;             // hidden "__rowid<k>" columns at the end of the result
+    // Hidden columns after the visible ones: for each source with hasRowid,
+    // in the order of `sources`, "<alias>".rowid AS "__rowid<k>", k being the
+    // source's index in `sources`. None for Distinct and aggregate queries.
+    // A table inside a parenthesised outer join on the right of another join
+    // (which SQLite nests as a subquery) has none either: its fields of the
+    // result are then read-only.
+    int hiddenRowids = 0;
 
     // Insert / Update / Delete: the table written.
     std::string table;
