@@ -148,19 +148,31 @@ bool IsValidUtf8(std::string_view s) {
 void AppendUnescaped(std::string_view s, std::string& out) {
     std::size_t start = 0;
     for (;;) {
-        std::size_t bs = s.find('\\', start);
-        if (bs == std::string_view::npos || bs + 1 >= s.size()) {
+        std::size_t at = s.find_first_of("\\\r", start);
+        if (at == std::string_view::npos) {
             out.append(s.substr(start));
             return;
         }
-        out.append(s.substr(start, bs - start));
-        char n = s[bs + 1];
+        out.append(s.substr(start, at - start));
+        if (s[at] == '\r') {
+            // Line breaks inside values (from quoted-printable =0D=0A) are
+            // kept as LF, as escaped ones are.
+            out.push_back('\n');
+            start = at + 1;
+            if (start < s.size() && s[start] == '\n') ++start;
+            continue;
+        }
+        if (at + 1 >= s.size()) {
+            out.push_back('\\');
+            return;
+        }
+        char n = s[at + 1];
         switch (n) {
             case 'n': case 'N': out.push_back('\n'); break;
             case ',': case ';': case ':': case '\\': out.push_back(n); break;
             default: out.push_back('\\'); out.push_back(n); break;
         }
-        start = bs + 2;
+        start = at + 2;
     }
 }
 

@@ -28,7 +28,8 @@ bool IsValidUtf8(std::string_view s);
 
 // Appends `s` with vCard escapes resolved: "\\n"/"\\N" is a line break,
 // "\\," "\\;" "\\:" "\\\\" are the character itself; a backslash before
-// anything else is kept as it stands.
+// anything else is kept as it stands. CRLF and a lone CR become LF, so
+// text in memory has one kind of line break.
 void AppendUnescaped(std::string_view s, std::string& out);
 
 // Appends `s` with the escapes a 3.0 text value needs: backslash, comma,

@@ -79,6 +79,14 @@ bool VCardDocument::LoadCard(int n) {
     return true;
 }
 
+int VCardDocument::CardNumber(int n) const {
+    return n >= 1 && n <= CardCount() ? cards_[static_cast<std::size_t>(n - 1)].number : 0;
+}
+
+long VCardDocument::CardLine(int n) const {
+    return n >= 1 && n <= CardCount() ? cards_[static_cast<std::size_t>(n - 1)].line : 0;
+}
+
 std::string VCardDocument::ToText() const { return WriteVCard(card_); }
 
 bool VCardDocument::SaveFile(std::string& path) {

@@ -70,6 +70,12 @@ public:
     // it is, outside 1..CardCount.
     bool LoadCard(int n);
 
+    // Where card `n` (from 1..CardCount) stands in the file: its number
+    // among all the file's cards, read or not, and the line of its BEGIN.
+    // 0 outside 1..CardCount.
+    int CardNumber(int n) const;
+    long CardLine(int n) const;
+
     // The problems met by the last LoadFile or LoadBytes, in file order.
     const std::vector<Diagnostic>& Diagnostics() const { return diagnostics_; }
 

@@ -16,7 +16,12 @@ std::string_view LineSource::PhysicalAt(std::size_t from, std::size_t& next) con
     const void* cr = std::memchr(data + from, '\r', end - from);
     if (cr) {
         std::size_t at = static_cast<std::size_t>(static_cast<const char*>(cr) - data);
-        next = (at + 1 < size && data[at + 1] == '\n') ? at + 2 : at + 1;
+        next = at + 1;
+        if (next < size && data[next] == '\n') {
+            next += 1;
+        } else if (next + 1 < size && data[next] == '\r' && data[next + 1] == '\n') {
+            next += 2;  // CR CR LF, as one phone writes every line end
+        }
         return text_.substr(from, at - from);
     }
     next = end < size ? end + 1 : size;

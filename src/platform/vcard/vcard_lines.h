@@ -1,5 +1,5 @@
-// Splits vCard text into logical lines: physical lines end at CR, LF or
-// CRLF (mixed freely); a physical line that starts with a blank or a tab
+// Splits vCard text into logical lines: physical lines end at CR, LF,
+// CRLF or CR CR LF (mixed freely); a physical line that starts with a blank or a tab
 // continues the one before, minus that one blank (folding as 2.1, 3.0 and
 // 4.0 writers do it). Empty lines are passed over.
 #pragma once

@@ -65,6 +65,7 @@ std::string_view Property::FirstPlainType() const {
 
 bool ParseProperty(std::string_view line, Property& p) {
     p.group = {};
+    p.hasGroup = false;
     p.paramCount = 0;
     p.transfer = Transfer::None;
     p.charset = {};
@@ -77,6 +78,7 @@ bool ParseProperty(std::string_view line, Property& p) {
     std::size_t dot = name.rfind('.');
     if (dot != std::string_view::npos) {
         p.group = name.substr(0, dot);
+        p.hasGroup = true;
         name = name.substr(dot + 1);
     }
     p.name = name;

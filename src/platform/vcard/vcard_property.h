@@ -20,6 +20,7 @@ struct Property {
     static constexpr int kMaxParams = 24;  // more are read past, not kept
 
     std::string_view group;
+    bool hasGroup = false;  // a '.' stood before the name, even with nothing before it
     std::string_view name;
     PropertyParam params[kMaxParams];
     int paramCount = 0;

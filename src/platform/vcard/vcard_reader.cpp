@@ -94,6 +94,26 @@ void SplitStructured(std::string_view text, std::size_t max, std::vector<std::st
     }
 }
 
+// The legacy code page of 8-bit text without a charset; see
+// ReadOptions::fallbackCharset.
+const char* GuessLegacyCharset(std::string_view bytes) {
+    std::size_t high = 0, inRuns = 0, run = 0;
+    auto endRun = [&] {
+        if (run >= 3) inRuns += run;
+        run = 0;
+    };
+    for (unsigned char c : bytes) {
+        if (c >= 0x80) {
+            ++high;
+            ++run;
+        } else {
+            endRun();
+        }
+    }
+    endRun();
+    return high > 0 && inRuns * 2 >= high ? "windows-1251" : "windows-1252";
+}
+
 class Reader {
 public:
     Reader(std::string_view fileName, const ReadOptions& options, ReadResult& result)
@@ -106,7 +126,8 @@ private:
     void Warn(long line, std::string reason) { Report(Severity::Warning, cardNo_, line, std::move(reason)); }
 
     // Reads the lines that continue `line` (quoted-printable soft breaks,
-    // bare base64 lines) into joined_ and parses it again.
+    // bare base64 lines, a backslash at the line end) into joined_ and
+    // parses it again.
     void Extend(LineSource& src, std::string_view line, Property& p);
 
     void StartCard(long line);
@@ -177,9 +198,14 @@ void Reader::Run(std::string_view bytes) {
             }
             continue;
         }
-        if (p.transfer == Transfer::QuotedPrintable || p.transfer == Transfer::Base64) Extend(src, line, p);
+        Extend(src, line, p);
 
         Known kind = Classify(p.name);
+        if ((kind == Known::Begin || kind == Known::End) && p.hasGroup) {
+            // Taken as the card's bounds all the same: the group is a slip.
+            Report(Severity::Warning, inCard_ ? cardNo_ : 0, lineNo,
+                   std::string(kind == Known::Begin ? "BEGIN" : "END") + " carries a group prefix; read as if it had none");
+        }
         if (kind == Known::Begin) {
             std::string_view what = Trim(p.value);
             if (IEquals(what, "VCARD")) {
@@ -228,7 +254,24 @@ void Reader::Run(std::string_view bytes) {
 
 void Reader::Extend(LineSource& src, std::string_view line, Property& p) {
     bool extended = false;
-    if (p.transfer == Transfer::QuotedPrintable) {
+    if (p.transfer == Transfer::None) {
+        // Some 2.1 writers end a line with a backslash for a line break in
+        // the value and go on in the next line: "\" + line end becomes "\n".
+        auto oddBackslashes = [](std::string_view v) {
+            std::size_t n = 0;
+            while (n < v.size() && v[v.size() - 1 - n] == '\\') ++n;
+            return n % 2 == 1;
+        };
+        if (!oddBackslashes(p.value)) return;
+        joined_.assign(line);
+        std::string_view next;
+        while (oddBackslashes(joined_) && src.PeekPhysical(next) && !next.empty() && !IsEndVCard(next)) {
+            joined_.push_back('n');
+            joined_.append(next);
+            src.SkipPhysical();
+            extended = true;
+        }
+    } else if (p.transfer == Transfer::QuotedPrintable) {
         // "=" at the end of a line is a soft break: the value goes on in the
         // next line, which has no fold blank. A card's END is never part of it.
         if (p.value.empty() || p.value.back() != '=') return;
@@ -274,6 +317,12 @@ bool Reader::Usable(const VCardContent& c) const {
 void Reader::FinishCard(bool closed, long line) {
     inCard_ = false;
     if (!closed) Warn(line, "card is not closed by END:VCARD (the file ends); read as far as it goes");
+    const std::string& v = card_.version;
+    if (v.empty()) {
+        Warn(card_.line, "card has no VERSION line; read all the same");
+    } else if (v != "2.1" && v != "3.0" && v != "4.0") {
+        Warn(card_.line, "VERSION '" + v.substr(0, 20) + "' is none of 2.1, 3.0, 4.0; read all the same");
+    }
     if (!Usable(card_.content)) {
         Report(Severity::Error, cardNo_, card_.line,
                "card holds no name, organization, title, phone, e-mail, web page, address or photo; card dropped");
@@ -310,21 +359,23 @@ bool Reader::DecodeText(const Property& p, long line, std::string_view& text) {
             return true;
         }
         Warn(line, std::string(p.name) + ": unknown CHARSET '" + std::string(p.charset) +
-                       "'; read as UTF-8 or " + options_.fallbackCharset);
+                       "'; read as UTF-8 or a Windows code page");
     }
     if (IsValidUtf8(raw)) {
         text = raw;
         return true;
     }
     text_.clear();
-    if (!charsets_.AppendUtf8(options_.fallbackCharset, raw, text_)) {
+    std::string_view fallback = options_.fallbackCharset;
+    if (fallback.empty()) fallback = GuessLegacyCharset(raw);
+    if (!charsets_.AppendUtf8(fallback, raw, text_)) {
         Warn(line, std::string(p.name) + ": text is not UTF-8 and the fallback charset is unknown; property dropped");
         return false;
     }
     if (!warnedFallback_) {
         warnedFallback_ = true;
         Warn(line, std::string(p.name) + ": text is not UTF-8 and names no charset; read as " +
-                       options_.fallbackCharset);
+                       std::string(fallback));
     }
     text = text_;
     return true;

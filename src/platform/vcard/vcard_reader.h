@@ -25,8 +25,11 @@ namespace zelvo::vcard {
 
 struct ReadOptions {
     // Charset for 8-bit text that has no CHARSET (or an unknown one) and is
-    // not valid UTF-8: what Windows programs in Western Europe write.
-    std::string fallbackCharset = "windows-1252";
+    // not valid UTF-8. Empty: guess between the two Windows code pages such
+    // files come in, windows-1251 when most of the 8-bit bytes stand in
+    // runs of three or more (words of a non-Latin script), windows-1252 when
+    // they stand alone among ASCII letters (accents and umlauts).
+    std::string fallbackCharset;
     // Reports kept per file; a last one says how many more were left out.
     std::size_t maxDiagnostics = 1000;
 };

@@ -70,7 +70,7 @@ std::string PhotoType(const VCardPhoto& photo) {
     std::string t = NormalizeImageType(photo.ImageType());
     bool token = !t.empty();
     for (char c : t) {
-        if (!((c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '-')) token = false;
+        if (!((c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '-' || c == '+' || c == '.')) token = false;
     }
     if (!token) t = SniffImageType(photo.Data());
     return t;
