@@ -8,11 +8,13 @@ namespace zelvo::cli {
 // Declared in the cmd_*.cpp files.
 extern const Command kSqlCommand;
 extern const Command kJpegCommand;
+extern const Command kVcardCommand;
 
 std::span<const Command> Commands() {
     static const std::vector<Command> table = {
         kSqlCommand,
         kJpegCommand,
+        kVcardCommand,
     };
     return table;
 }
