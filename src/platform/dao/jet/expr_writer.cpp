@@ -1,5 +1,6 @@
 // Jet expressions → SQLite expressions.
 #include <algorithm>
+#include <cstdio>
 #include <cctype>
 #include <strings.h>
 
@@ -22,6 +23,31 @@ std::string Writer::Quote(const std::string& name) {
     }
     out += '"';
     return out;
+}
+
+std::string Writer::Param(int literal) const {
+    if (!inlineLiterals) return "?" + std::to_string(literal + 1);
+    const auto& lits = parser_.literals();
+    if (literal < 0 || literal >= static_cast<int>(lits.size())) return "NULL";
+    const Variant& v = lits[literal];
+    switch (v.kind()) {
+    case Variant::Kind::Integer: return std::to_string(v.integer());
+    case Variant::Kind::Double: {
+        char buf[40];
+        std::snprintf(buf, sizeof buf, "%.17g", v.real());
+        return buf;
+    }
+    case Variant::Kind::Boolean: return v.boolean() ? "-1" : "0";
+    case Variant::Kind::Null: return "NULL";
+    default: {
+        std::string out = "'";
+        for (char c : v.AsText()) {
+            out += c;
+            if (c == '\'') out += '\'';
+        }
+        return out + "'";
+    }
+    }
 }
 
 bool SourceScope::Resolve(const std::string& qualifier, const std::string& name, std::string& sql) const {

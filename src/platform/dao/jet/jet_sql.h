@@ -141,6 +141,14 @@ struct Translation {
 // the top of this file.
 Translation TranslateStatement(const Shape& shape, const Catalog& catalog);
 
+// A saved query's SELECT as the body of an SQLite view: as
+// TranslateStatement, but the literals are written into the text as SQLite
+// literals (a view takes no parameters) and there are no hidden rowid
+// columns. The output names are the DAO names, so "CREATE VIEW "<name>" AS "
+// + sql gives a view whose columns are named as Jet names the query's
+// fields. Throws 3129 for anything but a SELECT, and as TranslateStatement.
+Translation TranslateView(const Shape& shape, const Catalog& catalog);
+
 // A criteria string of FindFirst/FindNext/…: a WHERE clause without WHERE,
 // over the fields of an open record set named `fields` (its OutputColumn
 // names; a reference may be bare, bracketed, or "Table.Field" / "[T].[F]").
@@ -154,6 +162,11 @@ struct CriteriaTranslation {
     // (e.g. "[A]=1 And [B]=\"x\""): the engine may index them.
     std::vector<int> equalityFields;
 };
+
+// Throws 3075 for a syntax error, and 3070 ("… does not recognize '<name>'
+// as a valid field name or expression.") for a name that is no field of the
+// record set: that is what DAO's Find methods raise, not 3061.
+
 
 CriteriaTranslation TranslateCriteria(const Shape& shape, const std::vector<std::string>& fields);
 

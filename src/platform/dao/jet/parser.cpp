@@ -779,7 +779,10 @@ ExprPtr Parser::ParsePrimary() {
             e->end = Take().pos + 1;
             return e;
         }
-        if (IsReserved(t)) FailExpr(clauseToken_);
+        // Asc, Left and Right are functions as well as keywords.
+        if (IsReserved(t) && !((IsKeyword(t, "ASC") || IsKeyword(t, "LEFT") || IsKeyword(t, "RIGHT")) &&
+                               AtSymbol("(", 1)))
+            FailExpr(clauseToken_);
         if (AtSymbol("(", 1)) {
             Take();
             Take();

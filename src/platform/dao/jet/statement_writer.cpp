@@ -196,4 +196,22 @@ Translation TranslateStatement(const Shape& shape, const Catalog& catalog) {
     return tr;
 }
 
+Translation TranslateView(const Shape& shape, const Catalog& catalog) {
+    Parser parser(shape.key, shape.literals);
+    Statement st = parser.ParseStatement();
+    if (st.kind != Statement::Kind::Select) ThrowNotAStatement();
+    Writer w(parser, &catalog);
+    w.inlineLiterals = true;
+    Writer::SelectResult r = w.WriteSelect(*st.select, nullptr, false);
+    w.CheckUnknownNames();
+    Translation tr;
+    tr.kind = StatementKind::Select;
+    tr.sql = std::move(r.sql);
+    tr.columns = std::move(r.columns);
+    tr.sources = std::move(r.sources);
+    tr.distinct = r.distinct;
+    tr.cacheable = false;
+    return tr;
+}
+
 }  // namespace zelvo::dao::jet

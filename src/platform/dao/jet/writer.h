@@ -75,7 +75,10 @@ public:
     bool cacheable = true;
 
     static std::string Quote(const std::string& name);
-    static std::string Param(int literal) { return "?" + std::to_string(literal + 1); }
+    // Literal i: the parameter ?(i+1), or, for a view, the value written as
+    // an SQLite literal.
+    std::string Param(int literal) const;
+    bool inlineLiterals = false;
 
 private:
     std::string Comparison(const std::string& op, const Expr& l, const Expr& r, const NameScope& scope);
