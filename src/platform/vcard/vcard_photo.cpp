@@ -20,7 +20,11 @@ std::string NormalizeImageType(std::string_view declared) {
     if (t.starts_with("X-")) t.erase(0, 2);
     if (t == "JPG" || t == "PJPEG") return "JPEG";
     if (t == "TIF") return "TIFF";
-    if (t == "X-MS-BMP" || t == "MS-BMP" || t == "BITMAP") return "BMP";
+    if (t == "MS-BMP" || t == "BITMAP") return "BMP";
+    // Only a plain word can be written back as a TYPE; anything else is noise.
+    for (char c : t) {
+        if (!((c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '-' || c == '+' || c == '.')) return {};
+    }
     return t;
 }
 

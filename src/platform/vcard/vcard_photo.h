@@ -32,7 +32,8 @@ std::string SniffImageType(std::string_view bytes);
 
 // The upper-case short name for a declared type: "jpeg", "image/jpeg",
 // "JPG" → "JPEG"; "image/png" → "PNG"; an unknown name is upper-cased and kept
-// (without an "image/" prefix) so that it can be written back.
+// (without an "image/" prefix) so that it can be written back, as long as it
+// is one word of letters, digits and "-+."; anything else gives "".
 std::string NormalizeImageType(std::string_view declared);
 
 }  // namespace zelvo::vcard

@@ -455,7 +455,12 @@ void Reader::TakeProperty(Known kind, const Property& p, long line) {
         case Known::Url: {
             std::string_view url = singleTrimmed();
             if (url.empty()) break;
-            c.Urls.Add(c.Urls.Count() + 1, std::string(url), kind2);
+            // A web address holds no line break; one here is damage.
+            std::string clean;
+            for (char ch : url) {
+                if (ch != '\n') clean.push_back(ch);
+            }
+            c.Urls.Add(c.Urls.Count() + 1, std::move(clean), kind2);
             break;
         }
         case Known::Adr: {

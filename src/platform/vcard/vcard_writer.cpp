@@ -64,16 +64,10 @@ const char* PhoneWord(long type) {
     }
 }
 
-// The TYPE word for an image: the content's own when it is a plain token,
-// else what the bytes are.
+// The TYPE word for an image: the content's own, else what the bytes are.
 std::string PhotoType(const VCardPhoto& photo) {
     std::string t = NormalizeImageType(photo.ImageType());
-    bool token = !t.empty();
-    for (char c : t) {
-        if (!((c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '-' || c == '+' || c == '.')) token = false;
-    }
-    if (!token) t = SniffImageType(photo.Data());
-    return t;
+    return t.empty() ? SniffImageType(photo.Data()) : t;
 }
 
 }  // namespace
@@ -116,10 +110,13 @@ std::string WriteVCard(const VCardContent& c) {
         params = "URL;TYPE=";
         params += KindWord(url.kind);
         // A URL is not text: its commas and semicolons stay as they are.
-        // Line breaks cannot be part of one and would end the line.
+        // Line breaks cannot be part of one and would end the line. A
+        // backslash is doubled, since readers (ours too) take "\:" in a URL
+        // for ":" — some writers escape every colon of a URL.
         std::string clean;
         for (char ch : url.url) {
-            if (ch != '\r' && ch != '\n') clean.push_back(ch);
+            if (ch == '\\') clean += "\\\\";
+            else if (ch != '\r' && ch != '\n') clean.push_back(ch);
         }
         b.Start(params).Raw(clean).End();
     }
