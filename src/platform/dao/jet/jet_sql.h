@@ -36,6 +36,7 @@
 #include "platform/core/variant.h"
 
 struct sqlite3;
+struct sqlite3_stmt;
 
 namespace zelvo::dao::jet {
 
@@ -184,6 +185,13 @@ inline constexpr const char* kCollation = "JET";
 // insensitive across Unicode), jet_iif and the others the translator emits.
 // Returns SQLITE_OK or an SQLite error code.
 int RegisterJetRuntime(sqlite3* db);
+
+// Binds literal i of `shape` to parameter offset+i+1 of `statement` by its
+// kind (text, 64-bit integer, double), skipping parameters the statement
+// does not have (a literal written into the text). Use offset = the number of
+// the query's literals when a criteria's SQL is appended after a query's and
+// its ?N are renumbered past them. Returns SQLITE_OK or the bind's error.
+int BindLiterals(sqlite3_stmt* statement, const Shape& shape, int offset = 0);
 
 // Compares two UTF-8 texts as the JET collation does (<0, 0, >0).
 int CompareText(std::string_view a, std::string_view b);

@@ -62,7 +62,9 @@ TEST(CompareText, IsATotalOrderOnMixedText) {
         for (std::size_t j = 0; j < words.size(); ++j) {
             int ij = Sign(CompareText(words[i], words[j]));
             EXPECT_EQ(ij, -Sign(CompareText(words[j], words[i]))) << words[i] << " / " << words[j];
-            if (i < j) EXPECT_LE(ij, 0) << words[i] << " / " << words[j];
+            if (i < j) {
+                EXPECT_LE(ij, 0) << words[i] << " / " << words[j];
+            }
         }
 }
 

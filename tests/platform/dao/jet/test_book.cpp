@@ -112,21 +112,6 @@ void TestBook::Exec(const std::string& sql) const {
     }
 }
 
-void BindLiterals(sqlite3_stmt* st, const Shape& shape) {
-    int count = sqlite3_bind_parameter_count(st);
-    for (int i = 0; i < static_cast<int>(shape.literals.size()) && i < count; ++i) {
-        const Variant& v = shape.literals[i];
-        switch (v.kind()) {
-        case Variant::Kind::Integer: sqlite3_bind_int64(st, i + 1, v.integer()); break;
-        case Variant::Kind::Double: sqlite3_bind_double(st, i + 1, v.real()); break;
-        default: {
-            std::string t = v.AsText();
-            sqlite3_bind_text(st, i + 1, t.data(), static_cast<int>(t.size()), SQLITE_TRANSIENT);
-        }
-        }
-    }
-}
-
 namespace {
 
 std::vector<std::string> Rows(sqlite3* db, sqlite3_stmt* st, int visible) {
@@ -200,13 +185,7 @@ std::vector<std::string> TestBook::Find(std::string_view baseSql, std::string_vi
     if (sqlite3_prepare_v2(db_, sql.c_str(), -1, &st, nullptr) != SQLITE_OK)
         throw std::runtime_error("SQLite prepare: " + std::string(sqlite3_errmsg(db_)) + " in: " + sql);
     BindLiterals(st, base);
-    int count = sqlite3_bind_parameter_count(st);
-    for (int i = 0; i < static_cast<int>(crit.literals.size()) && offset + i < count; ++i) {
-        const Variant& v = crit.literals[i];
-        if (v.kind() == Variant::Kind::Integer) sqlite3_bind_int64(st, offset + i + 1, v.integer());
-        else if (v.kind() == Variant::Kind::Double) sqlite3_bind_double(st, offset + i + 1, v.real());
-        else sqlite3_bind_text(st, offset + i + 1, v.AsText().c_str(), -1, SQLITE_TRANSIENT);
-    }
+    BindLiterals(st, crit, offset);
     return Rows(db_, st, static_cast<int>(fields.size()));
 }
 

@@ -56,7 +56,4 @@ private:
     SqliteCatalog catalog_;
 };
 
-// Binds the literals of a shape as ?1…?n (only those the statement has).
-void BindLiterals(sqlite3_stmt* st, const Shape& shape);
-
 }  // namespace zelvo::dao::jet::testing

@@ -113,7 +113,9 @@ TEST(TranslateStatement, RaisesJetErrorNumbers) {
         std::string text;
         int n = ErrorOf([&] { TranslateStatement(Parameterize(c.sql), book.catalog()); }, &text);
         EXPECT_EQ(n, c.number) << c.name << ": " << text;
-        if (c.text) EXPECT_EQ(text, c.text) << c.name;
+        if (c.text) {
+            EXPECT_EQ(text, c.text) << c.name;
+        }
     }
 }
 
@@ -416,7 +418,9 @@ TEST(Criteria, FieldsAreFoundByFullOrBareName) {
         CriteriaTranslation t;
         int n = ErrorOf([&] { t = TranslateCriteria(Parameterize(c.criteria), fields); }, &text);
         EXPECT_EQ(n, c.error) << c.criteria << ": " << text;
-        if (c.field) EXPECT_NE(t.sql.find(c.field), std::string::npos) << c.criteria << " -> " << t.sql;
+        if (c.field) {
+            EXPECT_NE(t.sql.find(c.field), std::string::npos) << c.criteria << " -> " << t.sql;
+        }
     }
 }
 

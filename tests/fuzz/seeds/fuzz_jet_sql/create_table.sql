@@ -1,0 +1,1 @@
+Create Table [T x] (a Text(50) NOT NULL, b Counter, c YesNo)

@@ -1,0 +1,1 @@
+Select Distinctrow [Resources].[ResourceString] From PersonalData,  Resources INNER JOIN ResourcesOwners ON Resources.[Resource ID] = ResourcesOwners.[Resource ID] Where Mid$([FullName],2) Like "[!a-c]*#?" order by 1 desc

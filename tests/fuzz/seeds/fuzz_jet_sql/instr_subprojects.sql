@@ -1,0 +1,1 @@
+Select * from Projects Where ( (Instr(1,[Projects].[Project] & "\","c:\prj\a\",1)=1) and (Projects.InsArcPrj=False)  ) ;

@@ -1,0 +1,1 @@
+SELECT PersonalData.[Personal ID] ,PersonalData.[FirstName] FROM PersonalData LEFT JOIN PersPrj ON PersonalData.[Personal ID] = PersPrj.[Owner ID] WHERE (((PersPrj.[Owner ID]) Is Null) );
