@@ -15,6 +15,7 @@ std::string_view Unquote(std::string_view v) {
 // Calls f(piece) for each comma-separated piece of a parameter value.
 template <class F>
 bool AnyPiece(std::string_view value, F&& f) {
+    value = Unquote(value);  // TYPE="work,voice"
     std::size_t start = 0;
     for (;;) {
         std::size_t comma = value.find(',', start);

@@ -64,6 +64,19 @@ bool IsBareBase64Line(std::string_view line) {
     return true;
 }
 
+// True when `line` starts like a content line: a name of letters, digits,
+// '-' and '.', then parameters or the value after ':'.
+bool LooksLikeProperty(std::string_view line) {
+    std::size_t i = 0;
+    while (i < line.size() && ((line[i] >= 'A' && line[i] <= 'Z') || (line[i] >= 'a' && line[i] <= 'z') ||
+                               (line[i] >= '0' && line[i] <= '9') || line[i] == '-' || line[i] == '.')) {
+        ++i;
+    }
+    if (i == 0 || i == line.size()) return false;
+    if (line[i] == ':') return true;
+    return line[i] == ';' && line.find(':', i) != std::string_view::npos;
+}
+
 bool IsEndVCard(std::string_view line) {
     line = Trim(line);
     return IEquals(line, "END:VCARD");
@@ -265,7 +278,9 @@ void Reader::Extend(LineSource& src, std::string_view line, Property& p) {
         if (!oddBackslashes(p.value)) return;
         joined_.assign(line);
         std::string_view next;
-        while (oddBackslashes(joined_) && src.PeekPhysical(next) && !next.empty() && !IsEndVCard(next)) {
+        // A next line that is a property of its own ends the value: in
+        // Shift_JIS text a trailing 0x5C is half of a character.
+        while (oddBackslashes(joined_) && src.PeekPhysical(next) && !next.empty() && !LooksLikeProperty(next)) {
             joined_.push_back('n');
             joined_.append(next);
             src.SkipPhysical();
@@ -494,7 +509,11 @@ void Reader::TakePhoto(const Property& p, long line) {
         declared = NormalizeImageType(p.FirstPlainType());
         if (declared.empty()) declared = NormalizeImageType(p.Param("MEDIATYPE"));
     } else if (IStartsWith(value, "data:")) {
-        // data:[<media type>][;base64],<data>
+        // data:[<media type>][;base64],<data>. Some writers escape its comma
+        // as if the URI were text.
+        scratch_.clear();
+        AppendUnescaped(value, scratch_);
+        value = scratch_;
         std::size_t comma = value.find(',');
         if (comma == std::string_view::npos) {
             Warn(line, "PHOTO: data URI without ','; photo dropped");

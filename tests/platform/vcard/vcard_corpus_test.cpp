@@ -91,14 +91,16 @@ TEST_F(Corpus, CardCountsOfFilesWithManyCards) {
 }
 
 TEST_F(Corpus, ShiftJisNamesFromAJapanesePhone) {
-    const auto& c = Only(Read("android-vcard__v21_japanese_3.vcf")).content;
+    ReadResult r = Read("android-vcard__v21_japanese_3.vcf");
+    const auto& c = Only(r).content;
     EXPECT_EQ(c.FullName, "伊能 圭一 伊予");
     EXPECT_EQ(c.FirstName, "伊能");
     EXPECT_EQ(c.MiddleName, "圭一");
 }
 
 TEST_F(Corpus, UnlabeledWindows1251FromAUkrainianExport) {
-    const auto& c = Only(Read("folkerkinzel-vcards__TestFiles_Ukrainian.vcf")).content;
+    ReadResult r = Read("folkerkinzel-vcards__TestFiles_Ukrainian.vcf");
+    const auto& c = Only(r).content;
     EXPECT_EQ(c.FirstName, "Кличко");
     EXPECT_EQ(c.MiddleName, "Віталій");
     EXPECT_EQ(c.SurName, "Володимирович");
@@ -114,14 +116,16 @@ TEST_F(Corpus, QuotedPrintableWindows1252FromAGermanExport) {
 }
 
 TEST_F(Corpus, OutlookPhotoFoldedWithLeadingBlanks) {
-    const auto& c = Only(Read("ez-vcard__outlook-2007.vcf")).content;
+    ReadResult r = Read("ez-vcard__outlook-2007.vcf");
+    const auto& c = Only(r).content;
     EXPECT_EQ(c.Photo.ImageType(), "JPEG");
     EXPECT_GT(c.Photo.Data().size(), 1000u);
     EXPECT_EQ(c.Photo.Data().substr(c.Photo.Data().size() - 2), "\xFF\xD9") << "the JPEG is whole";
 }
 
 TEST_F(Corpus, IosCardWithCrCrLfLineEndsAndGroups) {
-    const auto& card = Only(Read("android-vcard__v30_ios_613_multiline.vcf"));
+    ReadResult r = Read("android-vcard__v30_ios_613_multiline.vcf");
+    const auto& card = Only(r);
     const auto& c = card.content;
     EXPECT_EQ(c.FullName, "Bob Smith");
     ASSERT_EQ(c.Emails.Count(), 1);
@@ -134,24 +138,27 @@ TEST_F(Corpus, IosCardWithCrCrLfLineEndsAndGroups) {
 }
 
 TEST_F(Corpus, Utf16WithoutByteOrderMark) {
-    const auto& c = Only(Read("qtpim__Entourage11-basic.vcf")).content;
+    ReadResult r = Read("qtpim__Entourage11-basic.vcf");
+    const auto& c = Only(r).content;
     EXPECT_EQ(c.FullName, "Firstname Lastname");
     EXPECT_EQ(c.FirstName, "Lastname");
     EXPECT_EQ(c.MiddleName, "Firstname");
 }
 
 TEST_F(Corpus, Version4PhotoAsDataUri) {
-    const auto& c = Only(Read("khard__photov4.vcf")).content;
-    EXPECT_FALSE(c.Photo.Data().empty());
-    EXPECT_EQ(c.Photo.ImageType(), SniffImageType(c.Photo.Data()));
+    ReadResult r = Read("khard__photov4.vcf");
+    const auto& c = Only(r).content;
+    EXPECT_EQ(c.Photo.ImageType(), "PNG");
+    EXPECT_EQ(SniffImageType(c.Photo.Data()), "PNG") << "the comma before the data was escaped";
 }
 
 TEST_F(Corpus, WorkAndHomeKindsFromAnEvolutionCard) {
-    const auto& c = Only(Read("eds__8.vcf")).content;
+    ReadResult r = Read("eds__8.vcf");
+    const auto& c = Only(r).content;
     EXPECT_EQ(c.FullName, "Frank Dawson");
     ASSERT_EQ(c.Organization.Count(), 1);
     EXPECT_EQ(c.Organization.Item(1), "Lotus Development Corporation");
-    ASSERT_EQ(c.Addresses.Count(), 2);
+    ASSERT_EQ(c.Addresses.Count(), 1);
     EXPECT_EQ(c.Addresses.AddressKind(1), kKindWork);
     EXPECT_EQ(c.Addresses.Street(1), "6544 Battleford Drive");
     EXPECT_EQ(c.Addresses.City(1), "Raleigh");
