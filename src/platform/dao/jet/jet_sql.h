@@ -23,8 +23,24 @@
 // column name becomes a parameter and the statement fails with 3061 "Too few
 // parameters. Expected n." (n counts the distinct unknown names), a bare
 // column name found in two sources is 3079. Syntax errors are 3075 (in an
-// expression), 3131 (FROM clause), 3134/3144/3145/3290/3293 by statement; a
-// text that is no statement at all is 3129.
+// expression, with the clause's text), 3131 (FROM clause), 3134 (INSERT),
+// 3144 (UPDATE), 3138 (ORDER BY), 3141 (select list), 3142 (text after the
+// end), 3290/3293/3295 (CREATE/ALTER/DROP); a text that is no statement at
+// all is 3129; an undefined function 3085. Writing through a saved query or
+// an Update over a join is 3073, a Delete over a join 3086. Nesting deeper
+// than a few hundred levels is refused with 3360 rather than risking the
+// stack.
+//
+// The SQLite text the translator writes needs the runtime of
+// RegisterJetRuntime on the connection and DQS switched off. Text compares
+// carry COLLATE JET wherever neither side is a column (a column brings the
+// collation it was declared with); number compares never do, so indexes on
+// Long columns stay usable.
+//
+// The implementation: lexer.cpp (Parameterize, tokens), parser.cpp (the
+// tree of ast.h), expr_writer.cpp, select_writer.cpp, statement_writer.cpp
+// and criteria.cpp (SQLite text), ddl_types.cpp, and the runtime in
+// functions.cpp, collation.cpp, like.cpp, text_util.cpp, bind.cpp.
 #pragma once
 
 #include <cstdint>
@@ -87,12 +103,11 @@ struct OutputColumn {
 // A table or saved query of the FROM list.
 struct Source {
     std::string name;   // table or query name, as stored
-    std::string alias;  // the alias, or the name when there is none
+    std::string alias;  // the alias, or the name as written in the FROM clause
     bool isQuery = false;
-    // The parameter-free SQLite expression of this source's rowid in the
-    // result ("rowid" of the alias), or "" for a saved query. The translator
-    // adds one hidden result column per table source after the visible ones,
-    // in the order of `sources`, named "__rowid<k>"; see `hiddenRowids`.
+    // True when the result carries this table's rowid as the hidden column
+    // "__rowid<k>" (k = this source's index); see Translation::hiddenRowids.
+    // Never for a saved query.
     bool hasRowid = false;
 };
 

@@ -12,6 +12,7 @@ namespace {
 CatalogObject WrittenTable(const Catalog& catalog, const std::string& name) {
     std::optional<CatalogObject> obj = catalog.Find(name);
     if (!obj) ThrowUnknownInput(name);
+    if (obj->isQuery) ThrowNotUpdatable();  // a saved query is a view: SQLite cannot write it
     return *obj;
 }
 

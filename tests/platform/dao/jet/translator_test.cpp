@@ -107,6 +107,9 @@ TEST(TranslateStatement, RaisesJetErrorNumbers) {
         {"two counters", "Create Table T (a Counter, b Counter)", 3090},
         {"insert into an unknown field", "Insert Into PhoneTypes (nosuch) Values (1)", 3127},
         {"values and fields differ in number", "Insert Into PhoneTypes (typeName) Values (1, 2)", 3346},
+        {"writing through a saved query", "Delete * From PersPrj Where [Owner ID]=1", 3073},
+        {"update over a join", "Update Projects INNER JOIN PersonalData ON 1=1 Set Project = \"x\"", 3073},
+        {"delete over a join", "Delete Projects.* From Projects INNER JOIN PersonalData ON 1=1", 3086},
     };
     TestBook book;
     for (const ErrorCase& c : cases) {
