@@ -41,6 +41,7 @@ struct Expr {
     std::vector<std::unique_ptr<Expr>> args;
     std::unique_ptr<Select> subquery;
     std::size_t begin = 0, end = 0;  // byte range in the key, for error texts
+    int height = 1;                  // levels of the tree below and with this node
 };
 
 using ExprPtr = std::unique_ptr<Expr>;

@@ -25,12 +25,29 @@ constexpr std::array<std::string_view, 38> kReserved = {
 // refused rather than risking the stack.
 constexpr int kMaxDepth = 200;
 
+// The tallest expression tree and the most tables a FROM clause may join.
+// Jet itself gives up far earlier ("Query is too complex."); the limits keep
+// the writer's recursion and the tree's destruction within the stack.
+constexpr int kMaxHeight = 1000;
+constexpr int kMaxJoins = 64;
+
+[[noreturn]] void ThrowTooComplex() { throw Error(3360, "Query is too complex.", kErrorSource); }
+
+// Sets e's height from its operands; refuses a tree taller than kMaxHeight.
+void SetHeight(Expr& e) {
+    int h = 0;
+    for (const auto& a : e.args)
+        if (a && a->height > h) h = a->height;
+    e.height = h + 1;
+    if (e.height > kMaxHeight) ThrowTooComplex();
+}
+
 struct DepthGuard {
     int& depth;
     explicit DepthGuard(int& d) : depth(d) {
         if (++depth > kMaxDepth) {
             --depth;
-            throw Error(3360, "Query is too complex.", kErrorSource);
+            ThrowTooComplex();
         }
     }
     ~DepthGuard() { --depth; }
@@ -246,6 +263,7 @@ void Parser::ParseSelectList(Select& s) {
 
 void Parser::ParseFromList(std::vector<FromPtr>& out) {
     do {
+        if (out.size() > static_cast<std::size_t>(kMaxJoins)) ThrowTooComplex();
         out.push_back(ParseFromItem());
     } while (AcceptSymbol(","));
 }
@@ -253,7 +271,8 @@ void Parser::ParseFromList(std::vector<FromPtr>& out) {
 FromPtr Parser::ParseFromItem() {
     DepthGuard guard(depth_);
     FromPtr left = ParseFromPrimary();
-    for (;;) {
+    for (int joins = 0;; ++joins) {
+        if (joins > kMaxJoins) ThrowTooComplex();
         FromItem::JoinKind kind;
         if (AtKeyword("INNER")) {
             Take();
@@ -520,6 +539,7 @@ ExprPtr Parser::MakeBinary(std::string op, ExprPtr l, ExprPtr r) {
     e->end = r->end;
     e->args.push_back(std::move(l));
     e->args.push_back(std::move(r));
+    SetHeight(*e);
     return e;
 }
 
@@ -570,6 +590,7 @@ ExprPtr Parser::ParseNot() {
         e->begin = begin;
         e->args.push_back(ParseNot());
         e->end = e->args[0]->end;
+        SetHeight(*e);
         return e;
     }
     return ParseComparison();
@@ -605,6 +626,7 @@ ExprPtr Parser::ParseComparison() {
             e->args.push_back(std::move(l));
             e->args.push_back(ParseConcat());
             e->end = e->args[1]->end;
+            SetHeight(*e);
             l = std::move(e);
             continue;
         }
@@ -617,6 +639,7 @@ ExprPtr Parser::ParseComparison() {
             e->end = Take().pos + 4;
             e->begin = l->begin;
             e->args.push_back(std::move(l));
+            SetHeight(*e);
             l = std::move(e);
             continue;
         }
@@ -637,6 +660,7 @@ ExprPtr Parser::ParseComparison() {
             }
             if (!AtSymbol(")")) FailExpr(clauseToken_, 1);
             e->end = Take().pos + 1;
+            SetHeight(*e);
             l = std::move(e);
             continue;
         }
@@ -651,6 +675,7 @@ ExprPtr Parser::ParseComparison() {
             if (!AcceptKeyword("AND")) FailExpr(clauseToken_);
             e->args.push_back(ParseConcat());
             e->end = e->args[2]->end;
+            SetHeight(*e);
             l = std::move(e);
             continue;
         }
@@ -709,6 +734,7 @@ ExprPtr Parser::ParseUnary() {
         e->begin = t.pos;
         e->args.push_back(ParseUnary());
         e->end = e->args[0]->end;
+        SetHeight(*e);
         return e;
     }
     return ParsePower();
@@ -795,6 +821,7 @@ ExprPtr Parser::ParsePrimary() {
             }
             if (!AtSymbol(")")) FailExpr(clauseToken_, AtSymbol(",") ? 2 : 1);
             e->end = Take().pos + 1;
+            SetHeight(*e);
             return e;
         }
         [[fallthrough]];

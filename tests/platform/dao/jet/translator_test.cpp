@@ -130,6 +130,17 @@ TEST(TranslateStatement, RefusesHostileNestingWithoutCrashing) {
     for (int i = 0; i < 50000; ++i) nots += "not ";
     nots += "1";
     EXPECT_NE(ErrorOf([&] { TranslateStatement(Parameterize(nots), book.catalog()); }), 0);
+    // Long flat chains build tall trees too.
+    std::string ands = "Select * from PersonalData where [Personal ID]=1";
+    for (int i = 0; i < 200000; ++i) ands += " and [Personal ID]=1";
+    EXPECT_EQ(ErrorOf([&] { TranslateStatement(Parameterize(ands), book.catalog()); }), 3360);
+    std::string joins = "Select * from Photo";
+    for (int i = 0; i < 1000; ++i) joins += " INNER JOIN Photo AS p" + std::to_string(i) + " ON 1=1";
+    EXPECT_EQ(ErrorOf([&] { TranslateStatement(Parameterize(joins), book.catalog()); }), 3360);
+    // A long but sane criteria still translates.
+    std::string ok = "Select * from PersonalData where [Personal ID]=1";
+    for (int i = 0; i < 300; ++i) ok += " or [Personal ID]=" + std::to_string(i);
+    EXPECT_EQ(ErrorOf([&] { TranslateStatement(Parameterize(ok), book.catalog()); }), 0);
 }
 
 // ---------------------------------------------------------------- result description
