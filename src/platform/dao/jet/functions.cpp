@@ -98,12 +98,14 @@ void Plus(sqlite3_context* ctx, int, sqlite3_value** v) {
         ResultText(ctx, Text(v[0]) + Text(v[1]));
         return;
     }
-    if (a == SQLITE_INTEGER && b == SQLITE_INTEGER) {
-        std::int64_t r;
-        if (!__builtin_add_overflow(sqlite3_value_int64(v[0]), sqlite3_value_int64(v[1]), &r)) {
-            sqlite3_result_int64(ctx, r);
-            return;
-        }
+    // A text beside a number is read as a number ("1" + 2 is 3); whole
+    // numbers stay whole.
+    bool whole = a != SQLITE_FLOAT && b != SQLITE_FLOAT;
+    std::int64_t x = 0, y = 0, r = 0;
+    if (whole && Whole(v[0], x) && Whole(v[1], y) && (a != SQLITE_TEXT || Text(v[0]).find('.') == std::string::npos) &&
+        (b != SQLITE_TEXT || Text(v[1]).find('.') == std::string::npos) && !__builtin_add_overflow(x, y, &r)) {
+        sqlite3_result_int64(ctx, r);
+        return;
     }
     sqlite3_result_double(ctx, sqlite3_value_double(v[0]) + sqlite3_value_double(v[1]));
 }

@@ -162,6 +162,15 @@ TEST(TranslateStatement, HiddenRowidsLetTheEngineWriteThroughJoins) {
          "PersPrj.[Owner ID]",
          {true, false}},
         {"distinct: read-only, none", "Select Distinct FullName from PersonalData", {false}},
+        {"distinctrow over one table is every row", "Select Distinctrow * from PersonalData", {true}},
+        {"distinctrow keeps the rowids of the tables that give output",
+         "Select Distinctrow Resources.* From Employees, Resources INNER JOIN ResourcesOwners ON "
+         "Resources.[Resource ID] = ResourcesOwners.[Resource ID]",
+         {false, true, false}},
+        {"distinctrow with output from every table is every row",
+         "Select Distinctrow Photo.Photo, PersonalData.FullName From Photo INNER JOIN PersonalData ON "
+         "Photo.[Personal ID] = PersonalData.[Personal ID]",
+         {true, true}},
         {"aggregate: none", "Select Count(*) from PersonalData", {false}},
         {"an outer join nested on the right: its tables have none",
          "Select Photo.Photo from Photo LEFT JOIN (PersonalData LEFT JOIN Employees ON PersonalData.[Personal ID] = "
@@ -241,6 +250,9 @@ TEST(Dialect, ExpressionsGiveJetValues) {
         {"& writes numbers as text", "\"n\" & 5 & 2.5", "n52.5"},
         {"+ joins two texts", "\"a\" + \"b\"", "ab"},
         {"+ adds numbers", "1 + 2", "3"},
+        {"+ reads a text beside a number as a number", "\"1\" + 2", "3"},
+        {"+ keeps fractions", "1.5 + 1", "2.5"},
+        {"+ with Null is Null", "Null + 1", "<null>"},
         {"/ divides without truncating", "5 / 2", "2.5"},
         {"\\ divides whole numbers", "7 \\ 2", "3"},
         {"Mod", "7 Mod 3", "1"},
