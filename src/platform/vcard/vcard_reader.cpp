@@ -201,7 +201,9 @@ void Reader::Run(std::string_view bytes) {
     std::string_view line;
     long lineNo = 0;
     Property p;
+    long firstText = 0;  // where a file that is no vCard shows it
     while (src.Next(line, lineNo)) {
+        if (firstText == 0) firstText = lineNo;
         if (!ParseProperty(line, p)) {
             if (inCard_ && nested_ == 0) {
                 Warn(lineNo, "line is not a property (no ':'); ignored");
@@ -256,8 +258,11 @@ void Reader::Run(std::string_view bytes) {
 
     result_.isVCard = result_.cardsSeen > 0;
     if (!result_.isVCard) {
-        Report(Severity::Error, 0, 0, bytes.empty() ? "file is empty; no card in it"
-                                                     : "not a vCard file: no BEGIN:VCARD line");
+        if (firstText == 0) {
+            Report(Severity::Error, 0, 0, "file is empty; no card in it");
+        } else {
+            Report(Severity::Error, 0, firstText, "not a vCard file: no BEGIN:VCARD line");
+        }
     }
     if (dropped_ > 0) {
         result_.diagnostics.push_back({std::string(file_), 0, 0, Severity::Warning,
