@@ -64,6 +64,7 @@ CriteriaTranslation TranslateCriteria(const Shape& shape, const std::vector<std:
     Parser parser(shape.key, shape.literals);
     ExprPtr e = parser.ParseCriteria();
     Writer w(parser, nullptr);
+    w.criteriaMode = true;
     FieldScope scope;
     scope.fields = &fields;
     CriteriaTranslation tr;

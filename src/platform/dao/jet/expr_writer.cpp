@@ -192,12 +192,13 @@ ValueType Writer::TypeOf(const Expr& e) const {
     }
 }
 
-// `e` with COLLATE JET when it is not a column: the left side of In and
-// Between decides their collation.
-std::string Writer::Collated(const Expr& e, const NameScope& scope) {
+// The left side of In and Between decides their collation: it gets COLLATE
+// JET unless it is a number, or a column compared with no text.
+std::string Writer::Collated(const Expr& e, const NameScope& scope, bool againstText) {
     std::string sql = Expression(e, scope);
     ValueType t = TypeOf(e);
-    if (t == ValueType::Column || t == ValueType::Number || t == ValueType::Boolean) return sql;
+    if (t == ValueType::Number || t == ValueType::Boolean) return sql;
+    if (t == ValueType::Column && !againstText) return sql;
     return "(" + sql + " COLLATE JET)";
 }
 
@@ -206,7 +207,8 @@ std::string Writer::Comparison(const std::string& op, const Expr& l, const Expr&
     ValueType lt = TypeOf(l), rt = TypeOf(r);
     auto numeric = [](ValueType t) { return t == ValueType::Number || t == ValueType::Boolean; };
     bool collate = lt == ValueType::Text || rt == ValueType::Text ||
-                   (lt != ValueType::Column && rt != ValueType::Column && !(numeric(lt) && numeric(rt)));
+                   (lt != ValueType::Column && rt != ValueType::Column && !(numeric(lt) && numeric(rt))) ||
+                   (criteriaMode && lt == ValueType::Column && rt == ValueType::Column);
     return "(" + ls + " " + op + " " + rs + (collate ? " COLLATE JET)" : ")");
 }
 
@@ -257,7 +259,9 @@ std::string Writer::Expression(const Expr& e, const NameScope& scope) {
     case Expr::Kind::IsNull:
         return "(" + Expression(*e.args[0], scope) + (e.negated ? " IS NOT NULL)" : " IS NULL)");
     case Expr::Kind::In: {
-        std::string sql = "(" + Collated(*e.args[0], scope) + (e.negated ? " NOT IN (" : " IN (");
+        bool text = false;
+        for (std::size_t k = 1; k < e.args.size(); ++k) text = text || TypeOf(*e.args[k]) == ValueType::Text;
+        std::string sql = "(" + Collated(*e.args[0], scope, text) + (e.negated ? " NOT IN (" : " IN (");
         if (e.subquery) {
             sql += WriteSelect(*e.subquery, &scope, false).sql;
         } else {
@@ -270,7 +274,8 @@ std::string Writer::Expression(const Expr& e, const NameScope& scope) {
     }
     case Expr::Kind::Between: {
         // Jet accepts the bounds in either order.
-        std::string v = Collated(*e.args[0], scope);
+        bool text = TypeOf(*e.args[1]) == ValueType::Text || TypeOf(*e.args[2]) == ValueType::Text;
+        std::string v = Collated(*e.args[0], scope, text);
         std::string a = Expression(*e.args[1], scope), b = Expression(*e.args[2], scope);
         std::string sql = "((" + v + " BETWEEN " + a + " AND " + b + ") OR (" + v + " BETWEEN " + b + " AND " + a + "))";
         return e.negated ? "(NOT " + sql + ")" : sql;

@@ -79,11 +79,14 @@ public:
     // an SQLite literal.
     std::string Param(int literal) const;
     bool inlineLiterals = false;
+    // Criteria run over the engine's own row source, whose columns may carry
+    // no collation: there a comparison of two fields is collated explicitly.
+    bool criteriaMode = false;
 
 private:
     std::string Comparison(const std::string& op, const Expr& l, const Expr& r, const NameScope& scope);
     std::string Call(const Expr& e, const NameScope& scope);
-    std::string Collated(const Expr& e, const NameScope& scope);
+    std::string Collated(const Expr& e, const NameScope& scope, bool againstText);
     bool HasAggregate(const Expr& e) const;
     friend class SelectWriter;
 

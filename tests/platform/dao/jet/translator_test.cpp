@@ -450,6 +450,53 @@ TEST(Criteria, FieldsAreFoundByFullOrBareName) {
     }
 }
 
+// The engine may test a row by binding its values as the columns f0, f1, …
+// of a subquery; such columns have no collation, so the criteria's text
+// compares must bring their own.
+TEST(Criteria, IgnoreCaseOverBoundValuesToo) {
+    TestBook book;
+    struct Case {
+        const char* criteria;
+        Variant a, b;
+        bool match;
+    };
+    const Case cases[] = {
+        {"[A]=\"abc\"", Variant("ABC"), Variant(Null{}), true},
+        {"[A]=[B]", Variant("x"), Variant("X"), true},
+        {"[A]<>[B]", Variant("ё"), Variant("Ё"), false},
+        {"[A] In (\"x\", \"y\")", Variant("Y"), Variant(Null{}), true},
+        {"[A] Between \"a\" And \"c\"", Variant("B"), Variant(Null{}), true},
+        {"[A]=5 And [B]=True", Variant(std::int64_t{5}), Variant(std::int64_t{-1}), true},
+        {"[A]=\"abd\"", Variant("ABC"), Variant(Null{}), false},
+        {"[A] Like \"a*\" And [B] Is Null", Variant("ABC"), Variant(Null{}), true},
+    };
+    for (const Case& c : cases) {
+        Shape shape = Parameterize(c.criteria);
+        CriteriaTranslation t = TranslateCriteria(shape, {"A", "B"});
+        // The criteria's parameters come after the two values.
+        std::string where = t.sql, renumbered;
+        for (std::size_t i = 0; i < where.size(); ++i) {
+            if (where[i] == '?') {
+                std::size_t j = i + 1;
+                while (j < where.size() && std::isdigit(static_cast<unsigned char>(where[j]))) ++j;
+                renumbered += "?" + std::to_string(std::stoi(where.substr(i + 1, j - i - 1)) + 2);
+                i = j - 1;
+            } else {
+                renumbered += where[i];
+            }
+        }
+        std::string sql = "SELECT 1 FROM (SELECT ?1 AS \"f0\", ?2 AS \"f1\") WHERE " + renumbered;
+        sqlite3_stmt* st = nullptr;
+        ASSERT_EQ(sqlite3_prepare_v2(book.db(), sql.c_str(), -1, &st, nullptr), SQLITE_OK) << sql;
+        Shape values;
+        values.literals = {c.a, c.b};
+        BindLiterals(st, values);
+        BindLiterals(st, shape, 2);
+        EXPECT_EQ(sqlite3_step(st) == SQLITE_ROW, c.match) << c.criteria;
+        sqlite3_finalize(st);
+    }
+}
+
 TEST(Criteria, EqualitiesOfTheTopConjunctionAreOfferedForIndexing) {
     const std::vector<std::string> fields = {"A", "B", "C"};
     struct Case {
