@@ -127,7 +127,7 @@ void Instr(sqlite3_context* ctx, int, sqlite3_value** v) {
     std::u32string s1 = DecodeUtf8(TextView(v[1], h1));
     std::u32string s2 = DecodeUtf8(TextView(v[2], h2));
     if (s1.empty() || static_cast<std::size_t>(start) > s1.size()) {
-        sqlite3_result_int64(ctx, s2.empty() && !s1.empty() ? start : 0);
+        sqlite3_result_int64(ctx, 0);
         return;
     }
     if (s2.empty()) {

@@ -263,6 +263,7 @@ TEST(Dialect, ExpressionsGiveJetValues) {
         {"Instr textual compare", "Instr(1, \"abcABC\", \"C\", 1)", "3"},
         {"Instr of an empty text is the start", "Instr(2, \"abc\", \"\")", "2"},
         {"Instr past the end is 0", "Instr(5, \"abc\", \"a\")", "0"},
+        {"Instr past the end is 0 for an empty text too", "Instr(5, \"abc\", \"\")", "0"},
         {"Instr in an empty text is 0", "Instr(\"\", \"a\")", "0"},
         {"Instr of Null is Null", "Instr(Null, \"a\")", "<null>"},
         {"Instr counts characters", "Instr(\"Привет\", \"В\")", "4"},
