@@ -15,7 +15,7 @@ namespace {
 
 constexpr const char* kFilter = "vCard (*.vcf;*.vcard)|*.vcf;*.vcard|All files (*.*)|*.*";
 
-// Reads a whole file; false with `reason` set when it cannot.
+// Reads a whole file in one go; false with `reason` set when it cannot.
 bool ReadWholeFile(const std::string& path, std::string& bytes, std::string& reason) {
     std::FILE* f = std::fopen(path.c_str(), "rb");
     if (!f) {
@@ -23,6 +23,16 @@ bool ReadWholeFile(const std::string& path, std::string& bytes, std::string& rea
         return false;
     }
     bytes.clear();
+    long size = -1;
+    if (std::fseek(f, 0, SEEK_END) == 0) size = std::ftell(f);
+    std::rewind(f);
+    if (size > static_cast<long>(kMaxVCardFileBytes)) {
+        std::fclose(f);
+        reason = "file is larger than 256 MB; not read";
+        return false;
+    }
+    if (size > 0) bytes.reserve(static_cast<std::size_t>(size));
+    // Read to the end whatever the size said: pipes and growing files have none.
     char chunk[1 << 16];
     std::size_t n;
     while ((n = std::fread(chunk, 1, sizeof chunk, f)) > 0) {
@@ -99,12 +109,21 @@ bool VCardDocument::SaveFile(std::string& path) {
         path = ui::CurrentUiHost().ShowSaveDialog(request);
         if (path.empty()) return false;
     }
+    // Written beside the target and renamed over it, so a failure half-way
+    // (a full disk) leaves no torn card and the old file, if any, intact.
     std::string text = ToText();
-    std::ofstream out(path, std::ios::binary | std::ios::trunc);
+    std::string temp = path + ".part";
+    errno = 0;
+    std::ofstream out(temp, std::ios::binary | std::ios::trunc);
     if (out) out.write(text.data(), static_cast<std::streamsize>(text.size()));
     if (out) out.close();
-    if (!out) {
-        throw Error(75, "Path/File access error: cannot write " + path + " (" + std::strerror(errno) + ")",
+    bool ok = static_cast<bool>(out) && std::rename(temp.c_str(), path.c_str()) == 0;
+    if (!ok) {
+        int saved = errno;
+        std::remove(temp.c_str());
+        throw Error(75,
+                    "Path/File access error: cannot write " + path +
+                        (saved ? std::string(" (") + std::strerror(saved) + ")" : std::string()),
                     "VCardDocument.SaveFile");
     }
     return true;

@@ -83,7 +83,7 @@ public:
     // UiHost's save dialog; the chosen file is written and given back in
     // `path`, and when the person gives up `path` stays empty and the result
     // is false. A file that cannot be written throws zelvo::Error 75 with the
-    // path and the system's reason.
+    // path and the system's reason; an existing file is then left as it was.
     bool SaveFile(std::string& path);
 
     // The text SaveFile writes.

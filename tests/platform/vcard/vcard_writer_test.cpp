@@ -187,6 +187,19 @@ TEST_F(DocumentFiles, AMissingFileIsReportedNotThrown) {
     EXPECT_EQ(doc.Diagnostics()[0].severity, Severity::Error);
 }
 
+TEST_F(DocumentFiles, SavingOverAnExistingFileReplacesItWhole) {
+    std::ofstream(dir_ / "old.vcf") << std::string(10000, 'x');
+    VCardDocument doc;
+    doc.SetFullName("New");
+    std::string path = (dir_ / "old.vcf").string();
+    ASSERT_TRUE(doc.SaveFile(path));
+    std::ifstream in(path, std::ios::binary);
+    std::stringstream ss;
+    ss << in.rdbuf();
+    EXPECT_EQ(ss.str(), doc.ToText());
+    EXPECT_EQ(std::distance(fs::directory_iterator(dir_), fs::directory_iterator()), 1) << "no leftovers";
+}
+
 TEST_F(DocumentFiles, AFileThatCannotBeWrittenRaisesError75) {
     VCardDocument doc;
     std::string path = (dir_ / "no-such-folder" / "x.vcf").string();
