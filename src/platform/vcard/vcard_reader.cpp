@@ -64,6 +64,26 @@ bool IsBareBase64Line(std::string_view line) {
     return true;
 }
 
+// Text from the file, cut to `max` bytes, as it may appear in a report:
+// control characters and bytes of broken UTF-8 become '?', so a report is
+// always printable UTF-8 whatever the file held.
+std::string Shown(std::string_view s, std::size_t max) {
+    bool cut = s.size() > max;
+    if (cut) {
+        s = s.substr(0, max);
+        while (!s.empty() && (static_cast<unsigned char>(s.back()) & 0xC0) == 0x80) s.remove_suffix(1);
+        if (!s.empty() && static_cast<unsigned char>(s.back()) >= 0xC0) s.remove_suffix(1);
+    }
+    bool utf8 = IsValidUtf8(s);
+    std::string out;
+    for (char c : s) {
+        unsigned char u = static_cast<unsigned char>(c);
+        out.push_back(u < 0x20 || u == 0x7F || (u >= 0x80 && !utf8) ? '?' : c);
+    }
+    if (cut) out += "…";
+    return out;
+}
+
 // True when `line` starts like a content line: a name of letters, digits,
 // '-' and '.', then parameters or the value after ':'.
 bool LooksLikeProperty(std::string_view line) {
@@ -341,7 +361,7 @@ void Reader::FinishCard(bool closed, long line) {
     if (v.empty()) {
         Warn(card_.line, "card has no VERSION line; read all the same");
     } else if (v != "2.1" && v != "3.0" && v != "4.0") {
-        Warn(card_.line, "VERSION '" + v.substr(0, 20) + "' is none of 2.1, 3.0, 4.0; read all the same");
+        Warn(card_.line, "VERSION '" + Shown(v, 20) + "' is none of 2.1, 3.0, 4.0; read all the same");
     }
     if (!Usable(card_.content)) {
         Report(Severity::Error, cardNo_, card_.line,
@@ -378,7 +398,7 @@ bool Reader::DecodeText(const Property& p, long line, std::string_view& text) {
             text = text_;
             return true;
         }
-        Warn(line, std::string(p.name) + ": unknown CHARSET '" + std::string(p.charset) +
+        Warn(line, std::string(p.name) + ": unknown CHARSET '" + Shown(p.charset, 40) +
                        "'; read as UTF-8 or a Windows code page");
     }
     if (IsValidUtf8(raw)) {
@@ -569,8 +589,7 @@ void Reader::TakePhoto(const Property& p, long line) {
         }
         declared = NormalizeImageType(p.FirstPlainType());
     } else {
-        std::string shown(value.substr(0, 60));
-        Warn(line, "PHOTO is a link (" + shown + (value.size() > 60 ? "…" : "") + "); not fetched");
+        Warn(line, "PHOTO is a link (" + Shown(value, 60) + "); not fetched");
         return;
     }
     if (raw_.empty()) return;
