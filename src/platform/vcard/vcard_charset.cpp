@@ -71,6 +71,7 @@ bool DecodeUtf16File(std::string_view bytes, std::string& out) {
     else if (bytes.size() >= 4 && b(0) != 0 && b(1) == 0 && b(2) != 0 && b(3) == 0) from = "UTF-16LE";
     if (!from) return false;
     std::string_view body = bytes.substr(skip);
+    body = body.substr(0, body.size() & ~std::size_t{1});  // a cut-off last unit is dropped, not fatal
     // A UTF-16 unit becomes at most three UTF-8 bytes.
     out.assign(body.size() / 2 * 3 + 4, '\0');
     UErrorCode status = U_ZERO_ERROR;

@@ -226,7 +226,7 @@ void Reader::Run(std::string_view bytes) {
         if (firstText == 0) firstText = lineNo;
         if (!ParseProperty(line, p)) {
             if (inCard_ && nested_ == 0) {
-                Warn(lineNo, "line is not a property (no ':'); ignored");
+                Warn(lineNo, "line is not a property (no name, or no ':' outside quotes); ignored");
             } else if (!inCard_ && !warnedOutside_) {
                 warnedOutside_ = true;
                 Report(Severity::Warning, 0, lineNo, "text outside a card; ignored");

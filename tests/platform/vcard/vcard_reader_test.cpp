@@ -143,6 +143,7 @@ TEST(Reader, Utf16FilesByTheirByteOrderMarkOrZeroBytes) {
         for (bool bom : {false, true}) {
             SCOPED_TRACE(std::string(big ? "big" : "little") + (bom ? " with BOM" : " without BOM"));
             EXPECT_EQ(FirstCard(encode(big, bom)), "FN=Łukasz 日本|N=//");
+            EXPECT_EQ(FirstCard(encode(big, bom) + "\x01"), "FN=Łukasz 日本|N=//") << "a cut-off last byte";
         }
     }
 }
