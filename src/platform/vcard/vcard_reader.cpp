@@ -449,7 +449,7 @@ void Reader::TakeProperty(Known kind, const Property& p, long line) {
         AppendUnescaped(Trim(text), scratch_);
         return std::string_view(scratch_);
     };
-    const long kind2 = p.HasType("WORK") ? kKindWork : kKindHome;
+    const long resourceKind = p.HasType("WORK") ? kKindWork : kKindHome;
 
     switch (kind) {
         case Known::FN:
@@ -481,7 +481,7 @@ void Reader::TakeProperty(Known kind, const Property& p, long line) {
             if (p.HasType("CELL")) type = kPhoneCell;
             else if (p.HasType("FAX")) type = kPhoneFax;
             else if (p.HasType("PAGER")) type = kPhonePager;
-            c.Phones.Add(c.Phones.Count() + 1, std::string(number), kind2, type);
+            c.Phones.Add(c.Phones.Count() + 1, std::string(number), resourceKind, type);
             break;
         }
         case Known::Email: {
@@ -489,7 +489,7 @@ void Reader::TakeProperty(Known kind, const Property& p, long line) {
             if (IStartsWith(address, "mailto:")) address.remove_prefix(7);
             if (address.empty()) break;
             bool pref = p.HasType("PREF") || !p.Param("PREF").empty();
-            c.Emails.Add(c.Emails.Count() + 1, std::string(address), kind2, pref ? 1 : 0);
+            c.Emails.Add(c.Emails.Count() + 1, std::string(address), resourceKind, pref ? 1 : 0);
             break;
         }
         case Known::Url: {
@@ -500,7 +500,7 @@ void Reader::TakeProperty(Known kind, const Property& p, long line) {
             for (char ch : url) {
                 if (ch != '\n') clean.push_back(ch);
             }
-            c.Urls.Add(c.Urls.Count() + 1, std::move(clean), kind2);
+            c.Urls.Add(c.Urls.Count() + 1, std::move(clean), resourceKind);
             break;
         }
         case Known::Adr: {
