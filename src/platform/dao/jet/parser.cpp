@@ -1,6 +1,7 @@
 #include "platform/dao/jet/parser.h"
 
 #include <array>
+#include <cstdlib>
 #include <strings.h>
 
 #include "platform/dao/jet/errors.h"
@@ -184,7 +185,7 @@ std::string Parser::ParseName(void (*fail)()) {
         return name;
     }
     fail();
-    throw;  // not reached: fail() throws
+    std::abort();  // not reached: every fail() throws
 }
 
 std::unique_ptr<Select> Parser::ParseSelect(bool nested) {

@@ -313,6 +313,29 @@ TEST(Dialect, ExpressionsGiveJetValues) {
     }
 }
 
+// Join shapes SQLite cannot take as written are rearranged; the rows must
+// stay Jet's.
+TEST(Dialect, RearrangedJoinsKeepJetsRows) {
+    TestBook book;
+    // A comma binds looser than a join: Photo × (PersonalData ⟖ Employees),
+    // so the vacancy pairs with every photo.
+    EXPECT_EQ(book.Run("Select Photo.[Photo ID], PersonalData.FullName, Employees.[Employee ID] from Photo, "
+                       "PersonalData RIGHT JOIN Employees ON PersonalData.[Personal ID] = Employees.[Personal ID]")
+                  .rows.size(),
+              9u);
+    // An outer join nested on the right of an inner join.
+    Result nested = book.Run(
+        "Select Photo.[Photo ID], Employees.[Employee ID] from Photo INNER JOIN (PersonalData LEFT JOIN Employees ON "
+        "PersonalData.[Personal ID]=Employees.[Personal ID]) ON Photo.[Personal ID]=PersonalData.[Personal ID] "
+        "order by Photo.[Photo ID]");
+    EXPECT_EQ(nested.rows, (std::vector<std::string>{"1|1", "2|1", "3|2"}));
+    // Inner joins nested on the right are flattened; the conditions all hold.
+    Result flat = book.Run(
+        "Select Photo.[Photo ID] from Employees INNER JOIN (Photo INNER JOIN PersonalData ON Photo.[Personal ID] = "
+        "PersonalData.[Personal ID]) ON Employees.[Personal ID] = Photo.[Personal ID] where Employees.[Job ID]=2");
+    EXPECT_EQ(flat.rows, (std::vector<std::string>{"3"}));
+}
+
 TEST(Dialect, TextOrdersGroupsAndDistinctIgnoreCase) {
     TestBook book;
     book.Exec("INSERT INTO \"PhoneTypes\" (\"typeName\") VALUES ('b'), ('A'), ('C'), ('а'), ('Б'), ('x'), ('X')");
