@@ -58,10 +58,26 @@ struct DepthGuard {
 
 Parser::Parser(std::string_view key, const std::vector<Variant>& literals) : key_(key), literals_(literals) {
     Lexer lexer(key);
-    for (;;) {
-        Token t = lexer.Next();
-        tokens_.push_back(t);
-        if (t.kind == Tok::End) break;
+    try {
+        for (;;) {
+            Token t = lexer.Next();
+            tokens_.push_back(t);
+            if (t.kind == Tok::End) break;
+        }
+    } catch (const Error& e) {
+        // The lexer sees only the key; show the text with its literals.
+        std::size_t from = 0;
+        for (std::size_t k = tokens_.size(); k-- > 0;) {
+            bool clause = false;
+            for (std::string_view kw : {"SELECT", "WHERE", "HAVING", "ON", "BY", "SET", "FROM"})
+                clause = clause || IsKeyword(tokens_[k], kw);
+            if (clause) {
+                from = k + 1 < tokens_.size() ? tokens_[k + 1].pos : tokens_[k].pos + tokens_[k].text.size();
+                break;
+            }
+        }
+        if (e.description().rfind("Missing", 0) == 0) ThrowMissingParen(Render(from, key_.size()));
+        ThrowMissingOperator(Render(from, key_.size()));
     }
 }
 

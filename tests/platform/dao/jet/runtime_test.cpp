@@ -21,7 +21,7 @@ TEST(CompareText, IgnoresCaseButNotAccents) {
         int sign;
     };
     const Case cases[] = {
-        {"ИВАНОВ", "иванов", 0},   {"Smith", "SMITH", 0},  {"straße", "STRASSE", 1}, {"e", "é", -1},
+        {"ИВАНОВ", "иванов", 0},   {"Smith", "SMITH", 0},  {"e", "é", -1},
         {"é", "f", -1},            {"a", "B", -1},         {"B", "a", 1},            {"", "", 0},
         {"", "a", -1},             {"abc", "ab", 1},       {"Ærø", "ærø", 0},        {"Zürich", "zürich", 0},
         {"apple", "Äpfel", 1},     {"10", "9", -1},        {"a\x01", "a", 0},        {"Привет", "ПРИВЕТ", 0},

@@ -83,6 +83,8 @@ TEST(TranslateStatement, RaisesJetErrorNumbers) {
         {"two operands in a row", "Select * from PersonalData where [FullName] = \"a\" [FirstName]", 3075,
          "Syntax error (missing operator) in query expression '[FullName] = \"a\" [FirstName]'."},
         {"unclosed parenthesis", "Select * from PersonalData where ([FullName] = 1", 3075},
+        {"a stray character", "Select * from PersonalData where [FullName] = \"x\" @ 2", 3075,
+         "Syntax error (missing operator) in query expression '[FullName] = \"x\" @ 2'."},
         {"empty select list", "Select from PersonalData", 3141},
         {"text after the end", "Select * from PersonalData; Select 1", 3142},
         {"no statement at all", "PersonalData", 3129},
