@@ -75,9 +75,9 @@ bool VCardDocument::LoadFile(std::string& path) {
     return LoadBytes(bytes, path);
 }
 
-bool VCardDocument::LoadBytes(std::string_view bytes, std::string_view name, const ReadOptions& options) {
+bool VCardDocument::LoadBytes(std::string_view bytes, std::string_view name) {
     card_ = VCardContent{};
-    ReadResult r = ReadVCards(bytes, name, options);
+    ReadResult r = ReadVCards(bytes, name, options_);
     cards_ = std::move(r.cards);
     diagnostics_ = std::move(r.diagnostics);
     return LoadCard(1);

@@ -61,7 +61,11 @@ public:
 
     // Reads cards from bytes already in memory, as LoadFile does from a file.
     // `name` labels the diagnostics.
-    bool LoadBytes(std::string_view bytes, std::string_view name, const ReadOptions& options = {});
+    bool LoadBytes(std::string_view bytes, std::string_view name);
+
+    // How later loads read (the charset for unlabeled 8-bit text, the cap on
+    // reports). The defaults suit most files.
+    void SetReadOptions(ReadOptions options) { options_ = std::move(options); }
 
     // The number of cards of the last file that could be read.
     int CardCount() const { return static_cast<int>(cards_.size()); }
@@ -94,6 +98,7 @@ public:
     void set_content(VCardContent c) { card_ = std::move(c); }
 
 private:
+    ReadOptions options_;
     VCardContent card_;
     std::vector<ReadCard> cards_;
     std::vector<Diagnostic> diagnostics_;
