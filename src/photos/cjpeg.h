@@ -87,13 +87,15 @@ public:
     // The 64 steps of a quantization slot (0 or 1), in zigzag order.
     const std::array<int, 64>& QuantizationSteps(int slot) const { return steps_.at(std::size_t(slot)); }
 
-private:
+    // One Huffman slot: BITS, HUFFVAL, and each symbol's code and size.
     struct HuffmanTable {
         std::array<std::uint8_t, 17> Bits{};  // Bits[l]: count of codes of length l
         std::vector<std::uint8_t> HuffVal;
         std::array<std::uint16_t, 256> Code{};
         std::array<std::uint8_t, 256> Size{};  // 0: the symbol has no code
     };
+
+private:
     struct Statistics {
         std::array<std::array<std::int64_t, 256>, 2> dc{}, ac{};
     };
@@ -101,7 +103,6 @@ private:
     void MakeDivisors();
     std::vector<std::vector<int>> ScanGroups() const;
     void Gather(Statistics& stats) const;
-    void MakeOptimalTable(const std::array<std::int64_t, 256>& freq, bool dc, HuffmanTable& table) const;
     void WriteScan(const std::vector<int>& group, std::vector<std::uint8_t>& out) const;
 
     int precision_ = 0;

@@ -35,6 +35,12 @@ inline int Category(int v) { return v == 0 ? 0 : 32 - std::countl_zero(std::uint
 // The Huffman slot a component codes with: 0 for the first, 1 for the others.
 inline int SlotOf(int component) { return component == 0 ? 0 : 1; }
 
+// Builds the optimal table for the symbol counts (ITU T.81 Annex K.2, codes
+// limited to 16 bits by Figure K.3, none all ones), checks it and assigns the
+// codes. Raises kBadHuffmanTable for a table with no symbol, more than 256
+// codes, a symbol twice, or a symbol above symbolLimit.
+void MakeOptimalTable(const std::array<std::int64_t, 256>& counts, int symbolLimit, cJpeg::HuffmanTable& table);
+
 // Visits the blocks of one scan in the order they are coded:
 // visit(component index, block or nullptr for a dummy block).
 //

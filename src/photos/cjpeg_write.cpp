@@ -111,7 +111,8 @@ void cJpeg::Gather(Statistics& stats) const {
         if (dummyCoded[slot] && stats.ac[std::size_t(slot)][0] == 0) stats.ac[std::size_t(slot)][0] = 1;
 }
 
-void cJpeg::MakeOptimalTable(const std::array<std::int64_t, 256>& counts, bool dc, HuffmanTable& table) const {
+void jpeg_detail::MakeOptimalTable(const std::array<std::int64_t, 256>& counts, int symbolLimit,
+                                   cJpeg::HuffmanTable& table) {
     // Annex K.2, Figure K.1: symbols 0-255 and a reserved symbol 256 with
     // count 1, so that no real code comes out all ones.
     constexpr int kSymbols = 257;
@@ -167,7 +168,6 @@ void cJpeg::MakeOptimalTable(const std::array<std::int64_t, 256>& counts, bool d
             if (codeSize[s] == size) table.HuffVal.push_back(std::uint8_t(s));
 
     // Check, then the codes in the canonical order of Annex C.
-    const int limit = dc ? (precision_ == 12 ? 15 : 11) : 255;
     int total = 0;
     for (int l = 1; l <= 16; ++l) {
         total += table.Bits[std::size_t(l)];
@@ -177,7 +177,7 @@ void cJpeg::MakeOptimalTable(const std::array<std::int64_t, 256>& counts, bool d
     table.HuffVal.resize(std::size_t(total));
     bool seen[256] = {};
     for (std::uint8_t s : table.HuffVal) {
-        if (seen[s] || s > limit) Raise(kBadHuffmanTable);
+        if (seen[s] || s > symbolLimit) Raise(kBadHuffmanTable);
         seen[s] = true;
     }
     table.Code.fill(0);
@@ -245,8 +245,8 @@ void cJpeg::CreateArray(std::vector<std::uint8_t>& Bytes) {
     const int slots = components_.size() > 1 ? 2 : 1;
     std::int64_t bits = 0;
     for (int s = 0; s < slots; ++s) {
-        MakeOptimalTable(stats.dc[std::size_t(s)], true, dcTables_[std::size_t(s)]);
-        MakeOptimalTable(stats.ac[std::size_t(s)], false, acTables_[std::size_t(s)]);
+        MakeOptimalTable(stats.dc[std::size_t(s)], precision_ == 12 ? 15 : 11, dcTables_[std::size_t(s)]);
+        MakeOptimalTable(stats.ac[std::size_t(s)], 255, acTables_[std::size_t(s)]);
         for (int sym = 0; sym < 256; ++sym) {
             bits += stats.dc[std::size_t(s)][std::size_t(sym)] * (dcTables_[std::size_t(s)].Size[std::size_t(sym)] + sym);
             bits += stats.ac[std::size_t(s)][std::size_t(sym)] * (acTables_[std::size_t(s)].Size[std::size_t(sym)] + (sym & 15));
