@@ -42,9 +42,26 @@ Taps MakeTaps(int srcSize, int dstSize) {
     return t;
 }
 
+// Halving in both directions, the common case of chroma subsampling: each
+// output is the mean of a 2x2 square. Gives the same values as the general
+// path (whose float sums of halves and quarters are exact here), faster.
+void Halve(const RgbView& src, int dstWidth, int dstHeight, std::uint8_t* dst, std::ptrdiff_t dstStride) {
+    for (int y = 0; y < dstHeight; ++y) {
+        const std::uint8_t* a = src.Row(2 * y);
+        const std::uint8_t* b = src.Row(2 * y + 1);
+        std::uint8_t* out = dst + dstStride * y;
+        for (int x = 0; x < dstWidth; ++x, a += 6, b += 6, out += 3)
+            for (int c = 0; c < 3; ++c) out[c] = std::uint8_t((a[c] + a[c + 3] + b[c] + b[c + 3] + 2) >> 2);
+    }
+}
+
 }  // namespace
 
 void AreaResample(const RgbView& src, int dstWidth, int dstHeight, std::uint8_t* dst, std::ptrdiff_t dstStride) {
+    if (src.width == 2 * dstWidth && src.height == 2 * dstHeight) {
+        Halve(src, dstWidth, dstHeight, dst, dstStride);
+        return;
+    }
     const Taps tx = MakeTaps(src.width, dstWidth);
     const Taps ty = MakeTaps(src.height, dstHeight);
     const std::size_t rowFloats = std::size_t(dstWidth) * 3;

@@ -9,6 +9,10 @@
 
 #include "photos/cjpeg.h"
 
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
+
 namespace zelvo::jpeg_detail {
 
 // ZigZag[p]: the place in zigzag order of the natural block position p
@@ -31,6 +35,24 @@ inline constexpr std::array<double, 8> AanScale = {
 
 // Bits needed for |v|: 0 for 0, else floor(log2 |v|) + 1.
 inline int Category(int v) { return v == 0 ? 0 : 32 - std::countl_zero(std::uint32_t(std::abs(v))); }
+
+// Bit k set when coefficient k (zigzag order) of the block is not zero. The
+// coders walk the set bits instead of all 63 AC positions: most are zero.
+inline std::uint64_t NonZeroMask(const std::int16_t* block) {
+    std::uint64_t mask = 0;
+#if defined(__SSE2__)
+    const __m128i zero = _mm_setzero_si128();
+    for (int i = 0; i < 64; i += 16) {
+        const __m128i a = _mm_loadu_si128(reinterpret_cast<const __m128i*>(block + i));
+        const __m128i b = _mm_loadu_si128(reinterpret_cast<const __m128i*>(block + i + 8));
+        const __m128i zeros = _mm_packs_epi16(_mm_cmpeq_epi16(a, zero), _mm_cmpeq_epi16(b, zero));
+        mask |= std::uint64_t(~unsigned(_mm_movemask_epi8(zeros)) & 0xFFFFu) << i;
+    }
+#else
+    for (int i = 0; i < 64; ++i) mask |= std::uint64_t(block[i] != 0) << i;
+#endif
+    return mask;
+}
 
 // The Huffman slot a component codes with: 0 for the first, 1 for the others.
 inline int SlotOf(int component) { return component == 0 ? 0 : 1; }

@@ -1,6 +1,7 @@
 // cJpeg::CreateArray: statistics, optimal Huffman tables (ITU T.81 Annex
 // K.2), and the file: markers, tables, frame, scans.
 #include <algorithm>
+#include <bit>
 #include <cstring>
 #include <limits>
 
@@ -90,18 +91,15 @@ void cJpeg::Gather(Statistics& stats) const {
             ++stats.dc[std::size_t(slot)][std::size_t(Category(block[0] - pred[c]))];
             pred[c] = block[0];
             auto& ac = stats.ac[std::size_t(slot)];
-            int run = 0;
-            for (int k = 1; k < 64; ++k) {
-                const int v = block[k];
-                if (v == 0) {
-                    ++run;
-                    continue;
-                }
+            int last = 0;  // position of the last non-zero coefficient counted
+            for (std::uint64_t m = NonZeroMask(block) & ~std::uint64_t(1); m; m &= m - 1) {
+                const int k = std::countr_zero(m);
+                int run = k - last - 1;
                 for (; run > 15; run -= 16) ++ac[0xF0];
-                ++ac[std::size_t(run * 16 + Category(v))];
-                run = 0;
+                ++ac[std::size_t(run * 16 + Category(block[k]))];
+                last = k;
             }
-            if (run > 0) ++ac[0];
+            if (last < 63) ++ac[0];  // zeros left at the end: EOB
         });
     }
     // A dummy block is coded with an end-of-block code. When every real block
@@ -221,20 +219,18 @@ void cJpeg::WriteScan(const std::vector<int>& group, std::vector<std::uint8_t>& 
         const int cat = Category(diff);
         bw.Put(dcT.Code[std::size_t(cat)], dcT.Size[std::size_t(cat)]);
         if (cat) bw.Put(ExtraBits(diff, cat), cat);
-        int run = 0;
-        for (int k = 1; k < 64; ++k) {
-            const int v = block[k];
-            if (v == 0) {
-                ++run;
-                continue;
-            }
+        int last = 0;
+        for (std::uint64_t m = NonZeroMask(block) & ~std::uint64_t(1); m; m &= m - 1) {
+            const int k = std::countr_zero(m);
+            int run = k - last - 1;
             for (; run > 15; run -= 16) bw.Put(acT.Code[0xF0], acT.Size[0xF0]);
+            const int v = block[k];
             const int vc = Category(v);
             const std::size_t sym = std::size_t(run * 16 + vc);
             bw.Put((std::uint32_t(acT.Code[sym]) << vc) | ExtraBits(v, vc), acT.Size[sym] + vc);
-            run = 0;
+            last = k;
         }
-        if (run > 0) bw.Put(acT.Code[0], acT.Size[0]);
+        if (last < 63) bw.Put(acT.Code[0], acT.Size[0]);
     });
     bw.Finish();
 }
