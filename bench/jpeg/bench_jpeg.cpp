@@ -10,7 +10,9 @@
 //             in a child process because libjpeg-turbo reads it once)
 //   cjpeg     the cjpeg program with those settings, start-up included
 // and the file size and PSNR (all channels, decoded by libjpeg-turbo) of ours
-// and of libjpeg-turbo's.
+// and of libjpeg-turbo's. libjpeg-turbo rounds the quality-scaled steps
+// differently, so the column "cjQ B" gives the size cjpeg reaches when handed
+// our quantization tables: the fairest size comparison.
 //
 // Usage: bench_jpeg [IMAGE...]   (default: every .ppm of the shared images)
 #include <sys/wait.h>
@@ -124,22 +126,52 @@ double Psnr(const Picture& p, const std::vector<unsigned char>& jpeg) {
     return 10 * std::log10(255.0 * 255.0 * double(rgb.size()) / sse);
 }
 
-double RunCjpeg(const std::string& image, const std::string& out) {
-    return Fastest([&] {
-        const pid_t pid = fork();
-        if (pid == 0) {
-            execlp("cjpeg", "cjpeg", "-optimize", "-dct", "float", "-sample", "2x2,1x1,1x1", "-quality", "75",
-                   "-outfile", out.c_str(), image.c_str(), static_cast<char*>(nullptr));
-            _exit(127);
-        }
-        int status = 0;
-        waitpid(pid, &status, 0);
-    });
-}
-
 std::vector<unsigned char> ReadFile(const std::string& path) {
     std::ifstream in(path, std::ios::binary);
     return std::vector<unsigned char>(std::istreambuf_iterator<char>(in), {});
+}
+
+void Run(const std::vector<std::string>& args) {
+    const pid_t pid = fork();
+    if (pid == 0) {
+        std::vector<char*> argv;
+        for (const std::string& a : args) argv.push_back(const_cast<char*>(a.c_str()));
+        argv.push_back(nullptr);
+        execvp(argv[0], argv.data());
+        _exit(127);
+    }
+    int status = 0;
+    waitpid(pid, &status, 0);
+}
+
+const std::vector<std::string> kCjpeg = {"cjpeg", "-optimize", "-dct", "float", "-sample", "2x2,1x1,1x1"};
+
+double RunCjpeg(const std::string& image, const std::string& out) {
+    std::vector<std::string> args = kCjpeg;
+    args.insert(args.end(), {"-quality", "75", "-outfile", out, image});
+    return Fastest([&] { Run(args); });
+}
+
+// cjpeg with our quality-75 tables (natural order in the file; quality 50
+// leaves them unscaled).
+std::size_t CjpegSizeWithOurTables(const std::string& image, const std::string& out, const std::string& tables) {
+    std::vector<std::string> args = kCjpeg;
+    args.insert(args.end(), {"-quality", "50", "-qtables", tables, "-qslots", "0,1,1", "-outfile", out, image});
+    Run(args);
+    return ReadFile(out).size();
+}
+
+void WriteOurTables(const std::string& path) {
+    static const int zz[64] = {0,  1,  5,  6,  14, 15, 27, 28, 2,  4,  7,  13, 16, 26, 29, 42,
+                               3,  8,  12, 17, 25, 30, 41, 43, 9,  11, 18, 24, 31, 40, 44, 53,
+                               10, 19, 23, 32, 39, 45, 52, 54, 20, 22, 33, 38, 46, 51, 55, 60,
+                               21, 34, 37, 47, 50, 56, 59, 61, 35, 36, 48, 49, 57, 58, 62, 63};
+    zelvo::cJpeg jpeg;
+    std::ofstream out(path);
+    for (int slot = 0; slot < 2; ++slot) {
+        for (int p = 0; p < 64; ++p) out << jpeg.QuantizationSteps(slot)[std::size_t(zz[p])] << (p % 8 == 7 ? "\n" : " ");
+        out << "\n";
+    }
 }
 
 // In the child (JSIMD_FORCENONE=1): prints "name seconds" per image.
@@ -186,10 +218,12 @@ int main(int argc, char** argv) {
 
     const std::map<std::string, double> plainC = PlainCTimes(images);
     const std::string tmp = (std::filesystem::temp_directory_path() / ("bench_jpeg_" + std::to_string(getpid()) + ".jpg")).string();
+    const std::string tables = tmp + ".qtables";
+    WriteOurTables(tables);
 
-    std::printf("%-24s %9s | %8s %7s | %8s %7s | %8s %7s | %8s | %9s %9s %6s | %6s %6s %6s | %s\n", "image", "size",
-                "ours ms", "MP/s", "lj ms", "MP/s", "lj-c ms", "MP/s", "cjpeg ms", "ours B", "lj B", "size%",
-                "ours dB", "lj dB", "dB", "cjpeg=lj");
+    std::printf("%-24s %9s | %8s %6s | %7s %6s | %7s %6s | %8s | %8s %8s %6s %8s %6s | %6s %6s %6s | %s\n", "image",
+                "size", "ours ms", "MP/s", "lj ms", "MP/s", "lj-c ms", "MP/s", "cjpeg ms", "ours B", "lj B", "size%",
+                "cjQ B", "size%", "ours dB", "lj dB", "dB", "cjpeg=lj");
     zelvo::imaging::PictureLoader loader;
     double sumOurs = 0, sumLj = 0;
     for (const std::string& path : images) {
@@ -219,6 +253,7 @@ int main(int argc, char** argv) {
 
         const double tCjpeg = RunCjpeg(path, tmp);
         const bool same = ReadFile(tmp) == ljBytes;
+        const std::size_t sameTables = CjpegSizeWithOurTables(path, tmp, tables);
         const auto c = plainC.find(path);
         const double tPlain = c == plainC.end() ? 0 : c->second;
 
@@ -227,13 +262,15 @@ int main(int argc, char** argv) {
         sumLj += double(ljBytes.size());
         char dims[32];
         std::snprintf(dims, sizeof dims, "%dx%d", p.Width, p.Height);
-        std::printf("%-24s %9s | %8.2f %7.1f | %8.2f %7.1f | %8.2f %7.1f | %8.2f | %9zu %9zu %+5.1f%% | %6.2f %6.2f %+6.2f | %s\n",
+        std::printf("%-24s %9s | %8.2f %6.1f | %7.2f %6.1f | %7.2f %6.1f | %8.2f | %8zu %8zu %+5.1f%% %8zu %+5.1f%% | %6.2f %6.2f %+6.2f | %s\n",
                     std::filesystem::path(path).filename().c_str(), dims, tOurs * 1e3, mp / tOurs, tLj * 1e3,
                     mp / tLj, tPlain * 1e3, tPlain > 0 ? mp / tPlain : 0.0, tCjpeg * 1e3, ours.size(),
-                    ljBytes.size(), 100.0 * (double(ours.size()) / double(ljBytes.size()) - 1), psnrOurs, psnrLj,
-                    psnrOurs - psnrLj, same ? "yes" : "no");
+                    ljBytes.size(), 100.0 * (double(ours.size()) / double(ljBytes.size()) - 1), sameTables,
+                    100.0 * (double(ours.size()) / double(sameTables) - 1), psnrOurs, psnrLj, psnrOurs - psnrLj,
+                    same ? "yes" : "no");
     }
     std::printf("total bytes: ours %.0f, libjpeg-turbo %.0f (%+.2f%%)\n", sumOurs, sumLj, 100.0 * (sumOurs / sumLj - 1));
     std::filesystem::remove(tmp);
+    std::filesystem::remove(tables);
     return 0;
 }
