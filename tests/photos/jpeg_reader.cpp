@@ -43,7 +43,7 @@ private:
     int n_ = 0;
 };
 
-int Decode(BitReader& br, const HuffmanSpec& t) {
+int Decode(BitReader& br, const HuffmanCodes& t) {
     int code = 0, first = 0, index = 0;
     for (int len = 1; len <= 16; ++len) {
         code |= br.Bit();
@@ -142,7 +142,7 @@ DecodedJpeg DecodeBaseline(const std::vector<std::uint8_t>& file) {
             }
         } else if (s.marker == 0xC4) {
             for (std::size_t p = 0; p < b.size();) {
-                HuffmanSpec t;
+                HuffmanCodes t;
                 const int key = b.at(p++);
                 int total = 0;
                 for (int l = 1; l <= 16; ++l) total += t.bits[l] = b.at(p++);
@@ -170,8 +170,8 @@ DecodedJpeg DecodeBaseline(const std::vector<std::uint8_t>& file) {
                 DecodedBlock d;
                 d.component = ci, d.row = row, d.col = col;
                 d.inside = row < c.blockRows && col < c.blocksPerRow;
-                const HuffmanSpec& dc = j.tables.at(slots[std::size_t(si)].first);
-                const HuffmanSpec& ac = j.tables.at(0x10 + slots[std::size_t(si)].second);
+                const HuffmanCodes& dc = j.tables.at(slots[std::size_t(si)].first);
+                const HuffmanCodes& ac = j.tables.at(0x10 + slots[std::size_t(si)].second);
                 const int s = Decode(br, dc);
                 pred[std::size_t(ci)] += Extend(br.Bits(s), s);
                 d.coef[0] = std::int16_t(pred[std::size_t(ci)]);

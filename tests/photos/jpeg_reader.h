@@ -24,7 +24,7 @@ std::vector<Segment> SplitSegments(const std::vector<std::uint8_t>& file);
 // The markers in order, as text: "SOI APP0 DQT ... EOI".
 std::string MarkerNames(const std::vector<Segment>& segments);
 
-struct HuffmanSpec {
+struct HuffmanCodes {
     std::uint8_t bits[17] = {};
     std::vector<std::uint8_t> values;
 };
@@ -50,7 +50,7 @@ struct DecodedScan {
 struct DecodedJpeg {
     int precision = 0, width = 0, height = 0;
     std::vector<FrameComponent> components;
-    std::map<int, HuffmanSpec> tables;  // key: class * 16 + slot (0x00 DC0, 0x10 AC0, ...)
+    std::map<int, HuffmanCodes> tables;  // key: class * 16 + slot (0x00 DC0, 0x10 AC0, ...)
     std::vector<std::vector<int>> quant; // per DQT slot, zigzag order
     std::vector<DecodedScan> scans;
 };
