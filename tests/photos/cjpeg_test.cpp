@@ -341,6 +341,27 @@ TEST(CJpegScans, BlocksAndDummies) {
     for (const Case& c : cases) ExpectScansMatchBlocks(Noise(c.w, c.h, 7), c.s, c.name, c.scans);
 }
 
+TEST(CJpegScans, ChromaOfATinyPictureIsNotStretched) {
+    // A plane whose size rounded to 8 equals the plane's before it samples
+    // the bitmap as that one left it. In a picture of at most 8x8 pixels the
+    // chroma planes round like the luma plane, so they hold the full-size
+    // picture, exactly as a 4:4:4 encoding would.
+    struct Case {
+        const char* name;
+        int w, h;
+        bool sameAs444;
+    };
+    const Case cases[] = {{"6x6", 6, 6, true}, {"8x8", 8, 8, true}, {"16x16", 16, 16, false}, {"9x8", 9, 8, false}};
+    for (const Case& c : cases) {
+        const Picture p = Noise(c.w, c.h, 3);
+        cJpeg sub, full;
+        Encode(p, {2, 2, 1, 1, 1, 1}, 75, &sub);
+        Encode(p, {1, 1, 1, 1, 1, 1}, 75, &full);
+        for (int comp : {1, 2})
+            EXPECT_EQ(sub.GetComponent(comp).Data == full.GetComponent(comp).Data, c.sameAs444) << c.name << " " << comp;
+    }
+}
+
 TEST(CJpegScans, StuffingAfterEveryFF) {
     // Noise gives long codes and many FF bytes in the coded data.
     const ByteVec bytes = Encode(Load("gen_17x9_noise.ppm"), {2, 2, 1, 1, 1, 1}, 100);
