@@ -239,8 +239,8 @@ void cImage::PaintHDC(cImage* hDC, int X, int Y, std::uint32_t RasterOp) const {
         }
         combined.WriteRowRgb(y, d.data());
     }
-    // Only the part that lay on the target was read from it; write that back.
-    hDC->BltFrom(combined, X, Y, std::max(0, -X), std::max(0, -Y), width_, height_);
+    // Only the part that lies on the target goes back; BltFrom clips.
+    hDC->BltFrom(combined, X, Y, 0, 0, width_, height_);
 }
 
 std::unique_ptr<cImage> cImage::NewLike(int Width, int Height) const {

@@ -161,6 +161,9 @@ TEST(CImage, GreyscaleAndCopies) {
     EXPECT_EQ(Rows(target), (std::vector<std::vector<std::uint32_t>>{{0, 0, 0}, {0, 0, 0xC86400}})) << "clipped at the edge";
     img->PaintHDC(&target, 0, 0, kSrcInvert);
     EXPECT_EQ(Rows(target)[0], (std::vector<std::uint32_t>{0xC86400, 0xFFFFFF, 0}));
+    img->PaintHDC(&target, -1, 1, kSrcPaint);
+    EXPECT_EQ(Rows(target)[1], (std::vector<std::uint32_t>{0xFFFFFF, 0, 0xC86400}))
+        << "only the source's second pixel lands, at the left edge";
 }
 
 }  // namespace
