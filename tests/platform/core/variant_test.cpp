@@ -31,3 +31,34 @@ TEST(Variant, KindsStayApartInComparison) {
 
 }  // namespace
 }  // namespace zelvo
+
+#include "platform/core/value_conv.h"
+
+namespace zelvo {
+namespace {
+
+// Null, 0 and the empty text read alike through ValueConv: the book relies
+// on it wherever a parent, a room or a name may be either.
+TEST(ValueConv, NullZeroAndEmptyReadAlike) {
+    EXPECT_EQ(ValueConv::ToLong(Variant()), 0);
+    EXPECT_EQ(ValueConv::ToLong(Variant(0)), 0);
+    EXPECT_EQ(ValueConv::ToLong(Variant(std::int64_t{123456})), 123456);
+    EXPECT_EQ(ValueConv::ToText(Variant()), "");
+    EXPECT_EQ(ValueConv::ToText(Variant("")), "");
+    EXPECT_EQ(ValueConv::ToText(Variant("Ива")), "Ива");
+    EXPECT_FALSE(ValueConv::ToBool(Variant()));
+    EXPECT_TRUE(ValueConv::ToBool(Variant(true)));
+    EXPECT_TRUE(ValueConv::ToBool(Variant(-1)));
+    EXPECT_FALSE(ValueConv::ToBool(Variant(false)));
+}
+
+TEST(ValueConv, WritesAnEmptyTextAsNullAndBooleansAsWords) {
+    EXPECT_TRUE(ValueConv::TextToField("").IsNull());
+    EXPECT_EQ(ValueConv::TextToField("x"), Variant("x"));
+    EXPECT_EQ(ValueConv::LongToField(0), Variant(0));
+    EXPECT_EQ(ValueConv::BoolToSql(true), "True");
+    EXPECT_EQ(ValueConv::BoolToSql(false), "False");
+}
+
+}  // namespace
+}  // namespace zelvo

@@ -1,0 +1,39 @@
+// DAO's `DBEngine`: opens, creates and compacts books.
+#pragma once
+
+#include <string>
+
+#include "platform/dao/database.h"
+
+namespace zelvo::dao {
+
+class DBEngine {
+public:
+    // Opens a book, shared and read-write unless told otherwise.
+    //   3024 no such file; 3343 not a book of ours (another program's
+    //   database, a text, an empty file); 3045 the file is held exclusively
+    //   elsewhere; 3356 held exclusively by a Database of this process.
+    // `connect` is accepted for the book's code ("Access") and not used.
+    Database OpenDatabase(const std::string& path, bool exclusive = false, bool readOnly = false,
+                          const std::string& connect = {}) const;
+
+    // Makes a new, empty book. 3204 when the file exists; 3044 when the
+    // folder does not.
+    Database CreateDatabase(const std::string& path, const std::string& locale = {}, int options = 0) const;
+
+    // Writes a compacted copy of `source` to `destination`, which must not
+    // exist (3204). Fails without touching the source while anyone holds it
+    // (3045), when it is missing (3024) or not ours (3343). The copy's
+    // counters go on from the highest number left, as after a compaction of
+    // the original engine.
+    void CompactDatabase(const std::string& source, const std::string& destination) const;
+
+    // How long a write waits for another holder's lock before it fails
+    // (3218/3260), in milliseconds. Default 2000.
+    static void SetLockTimeout(int milliseconds);
+};
+
+// The engine of the process, made on first use.
+DBEngine& Engine();
+
+}  // namespace zelvo::dao

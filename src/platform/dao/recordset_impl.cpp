@@ -1,0 +1,735 @@
+#include "platform/dao/recordset_impl.h"
+
+#include <unicode/unistr.h>
+
+#include <algorithm>
+#include <cmath>
+
+#include "platform/dao/sql_text.h"
+
+namespace zelvo::dao::detail {
+
+namespace {
+
+size_t CharCount(const std::string& s) {
+    size_t n = 0;
+    for (unsigned char c : s)
+        if ((c & 0xC0) != 0x80) ++n;
+    return n;
+}
+
+bool IsNumericText(const std::string& s, double& out) {
+    Variant v(s);
+    out = v.AsDouble();
+    if (out != 0) return true;
+    // AsDouble gives 0 for both "0" and "abc": look at the text itself.
+    auto b = s.find_first_not_of(" \t");
+    if (b == std::string::npos) return false;
+    return s.find_first_not_of("0123456789.+-eE ", b) == std::string::npos;
+}
+
+// The value of a DAO DefaultValue text: a number, a quoted text, True/False.
+Variant DefaultOf(const FieldProps& f) {
+    const std::string& d = f.defaultValue;
+    if (d.empty()) return f.type == dbBoolean ? Variant(false) : Variant();
+    if (d.size() >= 2 && (d.front() == '"' || d.front() == '\'') && d.back() == d.front())
+        return Variant(d.substr(1, d.size() - 2));
+    if (SameName(d, "True")) return Variant(true);
+    if (SameName(d, "False")) return Variant(false);
+    double x = 0;
+    if (IsNumericText(d, x)) {
+        if (f.type == dbBoolean) return Variant(x != 0);
+        if (x == std::floor(x)) return Variant(static_cast<std::int64_t>(x));
+        return Variant(x);
+    }
+    return Variant(d);
+}
+
+}  // namespace
+
+std::string FoldName(std::string_view name) {
+    std::string out;
+    out.reserve(name.size());
+    bool ascii = true;
+    for (char c : name) {
+        unsigned char u = static_cast<unsigned char>(c);
+        if (u & 0x80) { ascii = false; break; }
+        out += static_cast<char>(std::tolower(u));
+    }
+    if (ascii) return out;
+    icu::UnicodeString s = icu::UnicodeString::fromUTF8(icu::StringPiece(name.data(), static_cast<int32_t>(name.size())));
+    s.foldCase();
+    out.clear();
+    s.toUTF8String(out);
+    return out;
+}
+
+// ------------------------------------------------------------ opening
+
+std::shared_ptr<RecordsetImpl> RecordsetImpl::Open(std::shared_ptr<Connection> conn, jet::Shape shape,
+                                                   bool readOnly) {
+    std::shared_ptr<RecordsetImpl> rs(new RecordsetImpl());
+    rs->conn_ = std::move(conn);
+    rs->shape_ = std::move(shape);
+    rs->readOnly_ = readOnly;
+    rs->Start();
+    rs->conn_->Register(rs.get());
+    return rs;
+}
+
+RecordsetImpl::~RecordsetImpl() {
+    if (conn_) conn_->Unregister(this);
+}
+
+void RecordsetImpl::Start() {
+    Connection::Prepared p = conn_->Prepare(shape_);
+    if (p.translation->kind != jet::StatementKind::Select)
+        throw DaoError(kInvalidOperation);  // only a SELECT gives rows
+    tr_ = p.translation;
+    live_ = std::move(p.statement);
+    conn_->BindLiterals(live_.get(), shape_.literals);
+    exhausted_ = false;
+
+    if (cols_.empty()) {
+        sqlite3_stmt* st = live_.get();
+        const int visible = static_cast<int>(tr_->columns.size());
+        updatable_ = !readOnly_ && !tr_->distinct && tr_->hiddenRowids > 0;
+        for (int i = 0; i < visible; ++i) {
+            const jet::OutputColumn& oc = tr_->columns[static_cast<size_t>(i)];
+            Column c;
+            c.name = oc.name;
+            c.source = oc.source;
+            const char* table = sqlite3_column_table_name(st, i);
+            const char* origin = sqlite3_column_origin_name(st, i);
+            if (table && origin) {
+                c.table = table;
+                c.column = origin;
+                if (const TableSchema* t = conn_->FindTable(c.table)) {
+                    if (const FieldProps* f = t->Find(c.column)) {
+                        c.props = *f;
+                        c.known = true;
+                    }
+                }
+            }
+            c.updatable = updatable_ && c.known && oc.source >= 0 &&
+                          tr_->sources[static_cast<size_t>(oc.source)].hasRowid;
+            std::string folded = FoldName(c.name);
+            byName_.emplace(folded, i);
+            cols_.push_back(std::move(c));
+        }
+        for (int k = 0; k < static_cast<int>(tr_->sources.size()); ++k)
+            if (tr_->sources[static_cast<size_t>(k)].hasRowid) keySources_.push_back(k);
+        // A bare name also finds a field that the join named Table.Field,
+        // when only one field has that bare name.
+        std::unordered_map<std::string, int> bare;
+        for (int i = 0; i < visible; ++i) {
+            const std::string& n = cols_[static_cast<size_t>(i)].name;
+            auto dot = n.rfind('.');
+            if (dot == std::string::npos) continue;
+            std::string b = FoldName(n.substr(dot + 1));
+            if (byName_.count(b)) continue;
+            auto [it, fresh] = bare.emplace(b, i);
+            if (!fresh) it->second = -1;
+        }
+        for (auto& [b, i] : bare)
+            if (i >= 0) byName_.emplace(b, i);
+    }
+
+    rows_.clear();
+    unplaced_.reset();
+    reached_ = 0;
+    if (FetchOne()) {
+        SetCurrent(0);
+    } else {
+        SetEmptyFlags();
+    }
+}
+
+void RecordsetImpl::SetEmptyFlags() {
+    pos_ = -1;
+    bof_ = eof_ = true;
+}
+
+bool RecordsetImpl::FetchOne() {
+    if (exhausted_) return false;
+    if (!conn_->Step(live_.get())) {
+        exhausted_ = true;
+        live_.Release();
+        return false;
+    }
+    rows_.push_back(ReadRow(live_.get(), static_cast<int>(cols_.size())));
+    return true;
+}
+
+RecordsetImpl::Row RecordsetImpl::ReadRow(sqlite3_stmt* st, int keyOffset) const {
+    Row r;
+    r.values.reserve(cols_.size());
+    for (int i = 0; i < static_cast<int>(cols_.size()); ++i) r.values.push_back(ReadValue(st, i, cols_[static_cast<size_t>(i)]));
+    r.keys.reserve(keySources_.size());
+    for (size_t k = 0; k < keySources_.size(); ++k) {
+        int col = keyOffset + static_cast<int>(k);
+        r.keys.push_back(sqlite3_column_type(st, col) == SQLITE_NULL ? kNoKey : sqlite3_column_int64(st, col));
+    }
+    return r;
+}
+
+Variant RecordsetImpl::ReadValue(sqlite3_stmt* st, int col, const Column& c) const {
+    int type = sqlite3_column_type(st, col);
+    if (type == SQLITE_NULL) return Variant();
+    auto text = [&] {
+        const unsigned char* p = sqlite3_column_text(st, col);
+        return std::string(reinterpret_cast<const char*>(p), static_cast<size_t>(sqlite3_column_bytes(st, col)));
+    };
+    auto blob = [&] {
+        const auto* p = static_cast<const std::uint8_t*>(sqlite3_column_blob(st, col));
+        return Bytes(p, p + sqlite3_column_bytes(st, col));
+    };
+    if (c.known) {
+        switch (c.props.type) {
+            case dbBoolean: return Variant(sqlite3_column_int64(st, col) != 0);
+            case dbByte: case dbInteger: case dbLong:
+                if (type == SQLITE_INTEGER) return Variant(static_cast<std::int64_t>(sqlite3_column_int64(st, col)));
+                return Variant(static_cast<std::int64_t>(std::llround(sqlite3_column_double(st, col))));
+            case dbText: case dbMemo: return Variant(text());
+            case dbLongBinary: return Variant(blob());
+            default: return Variant(sqlite3_column_double(st, col));
+        }
+    }
+    switch (type) {
+        case SQLITE_INTEGER: return Variant(static_cast<std::int64_t>(sqlite3_column_int64(st, col)));
+        case SQLITE_FLOAT: return Variant(sqlite3_column_double(st, col));
+        case SQLITE_BLOB: return Variant(blob());
+        default: return Variant(text());
+    }
+}
+
+// ------------------------------------------------------------ fields
+
+void RecordsetImpl::CheckOpen() const {
+    if (!conn_) throw DaoError(kObjectInvalid);
+}
+
+int RecordsetImpl::FieldIndex(std::string_view name) const {
+    CheckOpen();
+    auto it = byName_.find(FoldName(name));
+    if (it == byName_.end()) throw DaoError(kItemNotFound);
+    return it->second;
+}
+
+const RecordsetImpl::Row& RecordsetImpl::CurrentRow() {
+    if (pos_ == kUnplaced) return *unplaced_;
+    if (bof_ || eof_ || pos_ < 0 || pos_ >= static_cast<std::int64_t>(rows_.size())) throw DaoError(kNoCurrentRecord);
+    const Row& r = rows_[static_cast<size_t>(pos_)];
+    if (r.deleted) throw DaoError(kRecordDeleted);
+    return r;
+}
+
+Variant RecordsetImpl::Value(int i) {
+    CheckOpen();
+    if (editMode_ != 0) return buffer_[static_cast<size_t>(i)];
+    return CurrentRow().values[static_cast<size_t>(i)];
+}
+
+Variant RecordsetImpl::Coerce(const Column& c, const Variant& v) const {
+    if (v.IsNull()) return v;
+    switch (c.props.type) {
+        case dbText: case dbMemo: {
+            std::string s = v.AsText();
+            if (c.props.type == dbText && c.props.size > 0 && CharCount(s) > static_cast<size_t>(c.props.size))
+                throw DaoError(kFieldTooSmall);
+            return Variant(std::move(s));
+        }
+        case dbBoolean: return Variant(v.AsInteger() != 0);
+        case dbByte: case dbInteger: case dbLong: {
+            if (v.IsText()) {
+                double x = 0;
+                if (!IsNumericText(v.text(), x)) throw Error(3421, "Data type conversion error.", "DAO.Field");
+            }
+            if (v.kind() == Variant::Kind::Bytes) throw Error(3421, "Data type conversion error.", "DAO.Field");
+            return Variant(v.AsInteger());
+        }
+        case dbLongBinary:
+            if (v.kind() == Variant::Kind::Bytes) return v;
+            { std::string s = v.AsText(); return Variant(Bytes(s.begin(), s.end())); }
+        default: return Variant(v.AsDouble());
+    }
+}
+
+void RecordsetImpl::SetValue(int i, const Variant& v) {
+    CheckOpen();
+    if (editMode_ == 0) throw DaoError(kUpdateWithoutEdit);
+    const Column& c = cols_[static_cast<size_t>(i)];
+    if (!c.updatable) throw Error(3164, "Field cannot be updated.", "DAO.Field");
+    if (c.props.IsCounter() && editMode_ == 2 && !dirty_[static_cast<size_t>(i)]) {
+        // The Counter of a new row is the engine's to give.
+        throw Error(3164, "Field cannot be updated.", "DAO.Field");
+    }
+    buffer_[static_cast<size_t>(i)] = Coerce(c, v);
+    dirty_[static_cast<size_t>(i)] = true;
+}
+
+// ------------------------------------------------------------ position
+
+bool RecordsetImpl::EnsureRow(std::int64_t index) {
+    while (static_cast<std::int64_t>(rows_.size()) <= index) {
+        if (!FetchOne()) return false;
+    }
+    return true;
+}
+
+void RecordsetImpl::FinishReading() {
+    if (conn_ == nullptr) return;
+    while (FetchOne()) {}
+}
+
+void RecordsetImpl::SetCurrent(std::int64_t index) {
+    pos_ = index;
+    unplaced_.reset();
+    bof_ = eof_ = false;
+    reached_ = std::max(reached_, index + 1);
+}
+
+std::int64_t RecordsetImpl::NextLive(std::int64_t from, int step) {
+    for (std::int64_t i = from;; i += step) {
+        if (i < 0) return -1;
+        if (!EnsureRow(i)) return static_cast<std::int64_t>(rows_.size());
+        if (!rows_[static_cast<size_t>(i)].deleted) return i;
+    }
+}
+
+void RecordsetImpl::Place() {
+    if (pos_ != kUnplaced) return;
+    const Row target = *unplaced_;
+    for (std::int64_t i = 0;; ++i) {
+        if (!EnsureRow(i)) {
+            // The row is gone from the set (it cannot be, short of a bug):
+            // stand after the last row rather than on a wrong one.
+            pos_ = static_cast<std::int64_t>(rows_.size());
+            unplaced_.reset();
+            eof_ = true;
+            return;
+        }
+        if (!rows_[static_cast<size_t>(i)].deleted && rows_[static_cast<size_t>(i)].keys == target.keys) {
+            SetCurrent(i);
+            return;
+        }
+    }
+}
+
+void RecordsetImpl::DiscardEdit() {
+    editMode_ = 0;
+    buffer_.clear();
+    original_.clear();
+    dirty_.clear();
+}
+
+void RecordsetImpl::MoveFirst() {
+    CheckOpen();
+    if (bof_ && eof_) throw DaoError(kNoCurrentRecord);
+    DiscardEdit();
+    std::int64_t i = NextLive(0, 1);
+    if (i >= static_cast<std::int64_t>(rows_.size())) { SetEmptyFlags(); return; }
+    SetCurrent(i);
+}
+
+void RecordsetImpl::MoveLast() {
+    CheckOpen();
+    if (bof_ && eof_) throw DaoError(kNoCurrentRecord);
+    DiscardEdit();
+    FinishReading();
+    std::int64_t i = NextLive(static_cast<std::int64_t>(rows_.size()) - 1, -1);
+    if (i < 0) { SetEmptyFlags(); return; }
+    SetCurrent(i);
+    reached_ = static_cast<std::int64_t>(rows_.size());
+}
+
+void RecordsetImpl::MoveNext() {
+    CheckOpen();
+    if (eof_) throw DaoError(kNoCurrentRecord);
+    DiscardEdit();
+    Place();
+    std::int64_t i = NextLive(pos_ + 1, 1);
+    if (i >= static_cast<std::int64_t>(rows_.size())) {
+        pos_ = static_cast<std::int64_t>(rows_.size());
+        eof_ = true;
+        reached_ = std::max(reached_, pos_);
+        return;
+    }
+    SetCurrent(i);
+}
+
+void RecordsetImpl::MovePrevious() {
+    CheckOpen();
+    if (bof_) throw DaoError(kNoCurrentRecord);
+    DiscardEdit();
+    Place();
+    std::int64_t i = NextLive(pos_ - 1, -1);
+    if (i < 0) {
+        pos_ = -1;
+        bof_ = true;
+        return;
+    }
+    SetCurrent(i);
+}
+
+std::int64_t RecordsetImpl::AbsolutePosition() {
+    CheckOpen();
+    if (bof_ || eof_) return -1;
+    Place();
+    if (eof_ || pos_ < 0) return -1;
+    if (rows_[static_cast<size_t>(pos_)].deleted) throw DaoError(kNoCurrentRecord);
+    std::int64_t live = 0;
+    for (std::int64_t i = 0; i < pos_; ++i)
+        if (!rows_[static_cast<size_t>(i)].deleted) ++live;
+    return live;
+}
+
+void RecordsetImpl::SetAbsolutePosition(std::int64_t p) {
+    CheckOpen();
+    if (p < 0) throw DaoError(kInvalidArgument);
+    DiscardEdit();
+    std::int64_t live = -1;
+    for (std::int64_t i = 0;; ++i) {
+        if (!EnsureRow(i)) throw DaoError(kInvalidArgument);
+        if (rows_[static_cast<size_t>(i)].deleted) continue;
+        if (++live == p) { SetCurrent(i); return; }
+    }
+}
+
+std::int64_t RecordsetImpl::RecordCount() const {
+    CheckOpen();
+    std::int64_t n = 0;
+    std::int64_t limit = std::min<std::int64_t>(reached_, static_cast<std::int64_t>(rows_.size()));
+    for (std::int64_t i = 0; i < limit; ++i)
+        if (!rows_[static_cast<size_t>(i)].deleted) ++n;
+    return n;
+}
+
+// ------------------------------------------------------------ find
+
+bool RecordsetImpl::MatchesAt(std::int64_t index, const std::string& criteriaSql,
+                              const std::vector<Variant>& literals) {
+    const Row& r = rows_[static_cast<size_t>(index)];
+    if (r.deleted) return false;
+    // The criteria see the row as the record set holds it.
+    std::string sql = "SELECT 1 FROM (SELECT ";
+    for (size_t i = 0; i < cols_.size(); ++i) {
+        if (i) sql += ", ";
+        sql += "?" + std::to_string(i + 1) + " AS f" + std::to_string(i);
+    }
+    if (cols_.empty()) sql += "1";
+    sql += ") WHERE " + ShiftParameters(criteriaSql, static_cast<int>(cols_.size()));
+    StatementLease s = conn_->PrepareRaw(sql);
+    for (size_t i = 0; i < cols_.size(); ++i) Connection::Bind(s.get(), static_cast<int>(i + 1), r.values[i]);
+    conn_->BindLiterals(s.get(), literals, static_cast<int>(cols_.size()));
+    return conn_->Step(s.get());
+}
+
+void RecordsetImpl::Find(FindKind kind, std::string_view criteria) {
+    CheckOpen();
+    DiscardEdit();
+    jet::Shape shape = jet::Parameterize(criteria);
+    std::vector<std::string> names;
+    names.reserve(cols_.size());
+    for (const auto& c : cols_) names.push_back(c.name);
+    jet::CriteriaTranslation ct = jet::TranslateCriteria(shape, names);
+
+    if (kind == FindKind::First && !keySources_.empty()) {
+        // Ask SQLite for the first match: with an index on the compared text
+        // this is a lookup, not a walk over the rows.
+        bool indexed = false;
+        for (int f : ct.equalityFields) {
+            const Column& c = cols_[static_cast<size_t>(f)];
+            if (c.known && c.props.IsText() && !c.table.empty()) {
+                conn_->EnsureLookupIndex(c.table, c.column);
+                indexed = true;
+            }
+        }
+        if (!indexed)
+            for (int f : ct.equalityFields) {
+                const Column& c = cols_[static_cast<size_t>(f)];
+                if (c.known && !c.table.empty()) conn_->EnsureLookupIndex(c.table, c.column);
+            }
+        std::string sql = "WITH r(";
+        for (size_t i = 0; i < cols_.size(); ++i) sql += (i ? ",f" : "f") + std::to_string(i);
+        for (size_t k = 0; k < keySources_.size(); ++k) sql += ",h" + std::to_string(k);
+        sql += ") AS (" + tr_->sql + ") SELECT * FROM r WHERE " +
+               ShiftParameters(ct.sql, static_cast<int>(shape_.literals.size())) + " LIMIT 1";
+        StatementLease s = conn_->PrepareRaw(sql);
+        conn_->BindLiterals(s.get(), shape_.literals);
+        conn_->BindLiterals(s.get(), shape.literals, static_cast<int>(shape_.literals.size()));
+        if (!conn_->Step(s.get())) {
+            noMatch_ = true;
+            return;
+        }
+        Row found = ReadRow(s.get(), static_cast<int>(cols_.size()));
+        s.Release();
+        noMatch_ = false;
+        // Already read that far? Then stand on it; else stand on the match
+        // and find its place when a move needs it.
+        for (std::int64_t i = 0; i < static_cast<std::int64_t>(rows_.size()); ++i) {
+            if (!rows_[static_cast<size_t>(i)].deleted && rows_[static_cast<size_t>(i)].keys == found.keys) {
+                SetCurrent(i);
+                return;
+            }
+        }
+        if (exhausted_) {
+            // A row added by another holder after this set was read: not ours.
+            noMatch_ = true;
+            return;
+        }
+        unplaced_ = std::move(found);
+        pos_ = kUnplaced;
+        bof_ = eof_ = false;
+        return;
+    }
+
+    std::int64_t start = 0;
+    int step = 1;
+    switch (kind) {
+        case FindKind::First: start = 0; break;
+        case FindKind::Last:
+            FinishReading();
+            start = static_cast<std::int64_t>(rows_.size()) - 1;
+            step = -1;
+            break;
+        case FindKind::Next:
+            Place();
+            start = bof_ ? 0 : pos_ + 1;
+            break;
+        case FindKind::Previous:
+            Place();
+            if (eof_) FinishReading();
+            start = eof_ ? static_cast<std::int64_t>(rows_.size()) - 1 : pos_ - 1;
+            step = -1;
+            break;
+    }
+    for (std::int64_t i = start; i >= 0; i += step) {
+        if (!EnsureRow(i)) break;
+        if (MatchesAt(i, ct.sql, shape.literals)) {
+            noMatch_ = false;
+            SetCurrent(i);
+            return;
+        }
+    }
+    noMatch_ = true;
+}
+
+// ------------------------------------------------------------ changes
+
+void RecordsetImpl::ProbeWriteLock() {
+    // Jet locks the record when editing starts; SQLite locks the whole file
+    // only while writing. Asking for the write lock now tells the person at
+    // Edit, not later, that somebody else is writing.
+    int rc = sqlite3_exec(conn_->db(), "BEGIN IMMEDIATE", nullptr, nullptr, nullptr);
+    if (rc == SQLITE_OK) {
+        sqlite3_exec(conn_->db(), "ROLLBACK", nullptr, nullptr, nullptr);
+        return;
+    }
+    if ((rc & 0xff) == SQLITE_BUSY) {
+        char host[256] = {};
+        gethostname(host, sizeof host - 1);
+        throw DaoError(kLockedByUser, "Admin", host);
+    }
+    conn_->ThrowSqlite(sqlite3_extended_errcode(conn_->db()));
+}
+
+void RecordsetImpl::Edit() {
+    CheckOpen();
+    if (!updatable_) throw DaoError(kRecordsetNotUpdatable);
+    Place();
+    const Row& r = CurrentRow();
+    conn_->BeforeWrite();
+    ProbeWriteLock();
+    const Row& row = CurrentRow();  // reading on may have moved the storage
+    (void)r;
+    buffer_ = row.values;
+    original_ = row.values;
+    dirty_.assign(cols_.size(), false);
+    editMode_ = 1;
+}
+
+void RecordsetImpl::AddNew() {
+    CheckOpen();
+    if (!updatable_) throw DaoError(kRecordsetNotUpdatable);
+    conn_->BeforeWrite();
+    Place();
+    DiscardEdit();
+    buffer_.assign(cols_.size(), Variant());
+    dirty_.assign(cols_.size(), false);
+    reservedCounter_ = 0;
+    for (size_t i = 0; i < cols_.size(); ++i) {
+        const Column& c = cols_[i];
+        if (!c.known) continue;
+        if (c.props.IsCounter() && c.updatable) {
+            // Readable at once, as the original engine numbered a new row at AddNew.
+            if (const TableSchema* t = conn_->FindTable(c.table)) {
+                reservedCounter_ = conn_->ReserveCounter(*t);
+                buffer_[i] = Variant(reservedCounter_);
+            }
+        } else {
+            buffer_[i] = DefaultOf(c.props);
+        }
+    }
+    beforeAdd_ = pos_;
+    beforeAddBof_ = bof_;
+    beforeAddEof_ = eof_;
+    editMode_ = 2;
+}
+
+void RecordsetImpl::CancelUpdate() {
+    CheckOpen();
+    if (editMode_ == 0) throw DaoError(kUpdateWithoutEdit);
+    DiscardEdit();
+}
+
+void RecordsetImpl::Update() {
+    CheckOpen();
+    if (editMode_ == 0) throw DaoError(kUpdateWithoutEdit);
+    conn_->BeforeWrite();
+
+    // The columns to write, by table source.
+    std::vector<std::vector<int>> bySource(tr_->sources.size());
+    for (size_t i = 0; i < cols_.size(); ++i) {
+        const Column& c = cols_[i];
+        if (!c.updatable || c.source < 0) continue;
+        if (editMode_ == 1 && !dirty_[i]) continue;
+        if (editMode_ == 2 && !dirty_[i] && !(c.props.IsCounter() && reservedCounter_ != 0) &&
+            buffer_[i].IsNull())
+            continue;
+        bySource[static_cast<size_t>(c.source)].push_back(static_cast<int>(i));
+    }
+    auto keySlot = [&](int source) {
+        for (size_t k = 0; k < keySources_.size(); ++k)
+            if (keySources_[k] == source) return static_cast<int>(k);
+        return -1;
+    };
+
+    if (editMode_ == 1) {
+        Row& row = pos_ == kUnplaced ? *unplaced_ : rows_[static_cast<size_t>(pos_)];
+        for (size_t s = 0; s < bySource.size(); ++s) {
+            const auto& colsOfSource = bySource[s];
+            if (colsOfSource.empty()) continue;
+            int slot = keySlot(static_cast<int>(s));
+            if (slot < 0 || row.keys[static_cast<size_t>(slot)] == kNoKey) throw DaoError(kRecordsetNotUpdatable);
+            const std::string& table = cols_[static_cast<size_t>(colsOfSource[0])].table;
+            std::int64_t key = row.keys[static_cast<size_t>(slot)];
+            // Optimistic check: the row must still hold what this set read.
+            std::string check = "SELECT ";
+            for (size_t j = 0; j < colsOfSource.size(); ++j)
+                check += (j ? ", " : "") + QuoteName(cols_[static_cast<size_t>(colsOfSource[j])].column);
+            check += " FROM " + QuoteName(table) + " WHERE rowid = ?1";
+            {
+                StatementLease q = conn_->PrepareRaw(check);
+                sqlite3_bind_int64(q.get(), 1, key);
+                if (!conn_->Step(q.get(), table)) throw DaoError(kWriteConflict);
+                for (size_t j = 0; j < colsOfSource.size(); ++j) {
+                    int ci = colsOfSource[j];
+                    if (!(ReadValue(q.get(), static_cast<int>(j), cols_[static_cast<size_t>(ci)]) ==
+                          original_[static_cast<size_t>(ci)]))
+                        throw DaoError(kWriteConflict);
+                }
+            }
+            std::string sql = "UPDATE " + QuoteName(table) + " SET ";
+            for (size_t j = 0; j < colsOfSource.size(); ++j)
+                sql += (j ? ", " : "") + QuoteName(cols_[static_cast<size_t>(colsOfSource[j])].column) + " = ?" +
+                       std::to_string(j + 1);
+            sql += " WHERE rowid = ?" + std::to_string(colsOfSource.size() + 1);
+            StatementLease u = conn_->PrepareRaw(sql);
+            for (size_t j = 0; j < colsOfSource.size(); ++j)
+                Connection::Bind(u.get(), static_cast<int>(j + 1), buffer_[static_cast<size_t>(colsOfSource[j])]);
+            sqlite3_bind_int64(u.get(), static_cast<int>(colsOfSource.size() + 1), key);
+            conn_->Step(u.get(), table);
+        }
+        for (size_t i = 0; i < cols_.size(); ++i)
+            if (dirty_[i]) row.values[i] = buffer_[i];
+        DiscardEdit();
+        return;
+    }
+
+    // AddNew: a row in every table that got a value; at least in the first.
+    Row added;
+    added.values = buffer_;
+    added.keys.assign(keySources_.size(), kNoKey);
+    bool any = false;
+    for (const auto& v : bySource) any = any || !v.empty();
+    if (!any && !keySources_.empty()) {
+        // Nothing was set: the new row goes to the first table with its defaults.
+        for (size_t i = 0; i < cols_.size(); ++i)
+            if (cols_[i].updatable && cols_[i].source == keySources_[0]) {
+                bySource[static_cast<size_t>(keySources_[0])].push_back(static_cast<int>(i));
+                break;
+            }
+    }
+    for (size_t s = 0; s < bySource.size(); ++s) {
+        const auto& colsOfSource = bySource[s];
+        if (colsOfSource.empty()) continue;
+        const std::string& table = cols_[static_cast<size_t>(colsOfSource[0])].table;
+        std::string names, marks;
+        for (size_t j = 0; j < colsOfSource.size(); ++j) {
+            names += (j ? ", " : "") + QuoteName(cols_[static_cast<size_t>(colsOfSource[j])].column);
+            marks += (j ? ", ?" : "?") + std::to_string(j + 1);
+        }
+        StatementLease ins = conn_->PrepareRaw("INSERT INTO " + QuoteName(table) + " (" + names + ") VALUES (" + marks + ")");
+        for (size_t j = 0; j < colsOfSource.size(); ++j)
+            Connection::Bind(ins.get(), static_cast<int>(j + 1), buffer_[static_cast<size_t>(colsOfSource[j])]);
+        conn_->Step(ins.get(), table);
+        int slot = keySlot(static_cast<int>(s));
+        if (slot >= 0) added.keys[static_cast<size_t>(slot)] = sqlite3_last_insert_rowid(conn_->db());
+    }
+    FinishReading();
+    rows_.push_back(std::move(added));
+    if (reached_ == static_cast<std::int64_t>(rows_.size()) - 1) reached_ = static_cast<std::int64_t>(rows_.size());
+    DiscardEdit();
+    // The record that was current before AddNew is current again.
+    if (beforeAddBof_ && beforeAddEof_) {
+        pos_ = static_cast<std::int64_t>(rows_.size());
+        bof_ = false;
+        eof_ = true;
+    } else {
+        pos_ = beforeAdd_;
+        bof_ = beforeAddBof_;
+        eof_ = beforeAddEof_;
+        if (eof_) pos_ = static_cast<std::int64_t>(rows_.size());
+    }
+}
+
+void RecordsetImpl::Delete() {
+    CheckOpen();
+    if (!updatable_) throw DaoError(kRecordsetNotUpdatable);
+    DiscardEdit();
+    Place();
+    CurrentRow();  // 3021 / 3167
+    conn_->BeforeWrite();
+    Row& row = rows_[static_cast<size_t>(pos_)];
+    if (keySources_.empty() || row.keys[0] == kNoKey) throw DaoError(kRecordsetNotUpdatable);
+    // The first table of the query is the one whose record goes.
+    std::string table = tr_->sources[static_cast<size_t>(keySources_[0])].name;
+    StatementLease d = conn_->PrepareRaw("DELETE FROM " + QuoteName(table) + " WHERE rowid = ?1");
+    sqlite3_bind_int64(d.get(), 1, row.keys[0]);
+    conn_->Step(d.get(), table);
+    row.deleted = true;  // stays current, but can no longer be read
+}
+
+void RecordsetImpl::Requery() {
+    CheckOpen();
+    DiscardEdit();
+    live_.Release();
+    noMatch_ = false;
+    Start();
+}
+
+void RecordsetImpl::Close() {
+    CheckOpen();
+    CloseFromConnection();
+}
+
+void RecordsetImpl::CloseFromConnection() {
+    live_.Release();
+    rows_.clear();
+    unplaced_.reset();
+    if (conn_) conn_->Unregister(this);
+    conn_.reset();
+}
+
+}  // namespace zelvo::dao::detail

@@ -1,0 +1,329 @@
+#include "platform/dao/schema_editor.h"
+
+#include "platform/dao/sql_text.h"
+
+namespace zelvo::dao::detail {
+
+namespace {
+
+// The SQLite literal of a DefaultValue, or "" when it is no plain literal.
+std::string DefaultLiteral(const FieldProps& f) {
+    const std::string& d = f.defaultValue;
+    if (d.empty()) return f.type == dbBoolean ? "0" : "";
+    if (d.size() >= 2 && (d.front() == '"' || d.front() == '\'') && d.back() == d.front())
+        return SqlLiteral(Variant(d.substr(1, d.size() - 2)));
+    if (SameName(d, "True")) return "-1";
+    if (SameName(d, "False")) return "0";
+    bool number = !d.empty();
+    for (size_t i = 0; i < d.size(); ++i) {
+        char ch = d[i];
+        if (!(std::isdigit(static_cast<unsigned char>(ch)) || ch == '.' || (i == 0 && ch == '-'))) number = false;
+    }
+    return number ? d : "";
+}
+
+std::string ColumnSql(const FieldProps& f) {
+    std::string name = QuoteName(f.name);
+    std::string sql = name;
+    if (f.IsCounter()) return sql + " INTEGER PRIMARY KEY AUTOINCREMENT";
+    switch (f.type) {
+        case dbText: case dbMemo: sql += " TEXT COLLATE JET"; break;
+        case dbLongBinary: sql += " BLOB"; break;
+        case dbBoolean: case dbByte: case dbInteger: case dbLong: sql += " INTEGER"; break;
+        default: sql += " REAL"; break;
+    }
+    if (f.required) sql += " NOT NULL";
+    std::string def = DefaultLiteral(f);
+    if (!def.empty()) sql += " DEFAULT " + def;
+    // Named after the field, so that a failure says which rule and which field.
+    if (f.type == dbText && f.size > 0)
+        sql += " CONSTRAINT " + QuoteName("size:" + f.name) + " CHECK (length(" + name + ") <= " +
+               std::to_string(f.size) + ")";
+    if (f.IsText() && !f.allowZeroLength)
+        sql += " CONSTRAINT " + QuoteName("zls:" + f.name) + " CHECK (" + name + " <> '')";
+    return sql;
+}
+
+std::string CreateSql(const std::string& table, const std::vector<FieldProps>& fields) {
+    std::string sql = "CREATE TABLE " + QuoteName(table) + " (";
+    for (size_t i = 0; i < fields.size(); ++i) sql += (i ? ", " : "") + ColumnSql(fields[i]);
+    return sql + ")";
+}
+
+FieldProps Normalized(FieldProps f) {
+    if (f.type == dbText && f.size <= 0) f.size = 255;
+    if (f.type != dbText) f.size = FixedSizeOf(f.type);
+    if (f.attributes & dbAutoIncrField) f.type = dbLong;
+    return f;
+}
+
+void WriteCatalog(Connection& c, const std::string& table, const std::vector<FieldProps>& fields) {
+    {
+        StatementLease d = c.PrepareRaw("DELETE FROM MSysFields WHERE TableName = ?1");
+        sqlite3_bind_text(d.get(), 1, table.c_str(), -1, SQLITE_TRANSIENT);
+        c.Step(d.get());
+    }
+    for (size_t i = 0; i < fields.size(); ++i) {
+        const FieldProps& f = fields[i];
+        StatementLease s = c.PrepareRaw(
+            "INSERT INTO MSysFields (TableName, FieldName, Position, Type, Size, Attributes, DefaultValue, "
+            "Required, AllowZeroLength) VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8, ?9)");
+        sqlite3_bind_text(s.get(), 1, table.c_str(), -1, SQLITE_TRANSIENT);
+        sqlite3_bind_text(s.get(), 2, f.name.c_str(), -1, SQLITE_TRANSIENT);
+        sqlite3_bind_int(s.get(), 3, static_cast<int>(i));
+        sqlite3_bind_int(s.get(), 4, f.type);
+        sqlite3_bind_int(s.get(), 5, f.size);
+        sqlite3_bind_int(s.get(), 6, f.attributes);
+        sqlite3_bind_text(s.get(), 7, f.defaultValue.c_str(), -1, SQLITE_TRANSIENT);
+        sqlite3_bind_int(s.get(), 8, f.required ? 1 : 0);
+        sqlite3_bind_int(s.get(), 9, f.allowZeroLength ? 1 : 0);
+        c.Step(s.get());
+    }
+}
+
+// Runs `body` in one transaction; on failure everything is undone and the
+// error goes on to the caller.
+template <class F>
+void Atomically(Connection& c, F body) {
+    c.BeforeWrite();
+    c.ExecRaw("BEGIN IMMEDIATE");
+    try {
+        body();
+        c.ExecRaw("COMMIT");
+    } catch (...) {
+        sqlite3_exec(c.db(), "ROLLBACK", nullptr, nullptr, nullptr);
+        c.SchemaChanged();
+        throw;
+    }
+    c.SchemaChanged();
+}
+
+bool NameTaken(Connection& c, const std::string& name) {
+    return c.FindTable(name) != nullptr || c.FindQuery(name) != nullptr;
+}
+
+const TableSchema& RequireTable(Connection& c, const std::string& name) {
+    const TableSchema* t = c.FindTable(name);
+    if (!t) throw DaoError(kItemNotFound);
+    return *t;
+}
+
+// Makes `table` anew with `fields`; `sourceOf[i]` names the old column whose
+// values field i takes ("" for none).
+void Rebuild(Connection& c, const TableSchema& old, std::vector<FieldProps> fields,
+             const std::vector<std::string>& sourceOf) {
+    const std::string table = old.name;
+    const std::string temp = "~rebuild " + table;
+    Atomically(c, [&] {
+        std::int64_t sequence = -1;
+        if (c.HasCounterTable()) {
+            StatementLease s = c.PrepareRaw("SELECT seq FROM sqlite_sequence WHERE name = ?1");
+            sqlite3_bind_text(s.get(), 1, table.c_str(), -1, SQLITE_TRANSIENT);
+            if (c.Step(s.get())) sequence = sqlite3_column_int64(s.get(), 0);
+        }
+        c.ExecRaw("PRAGMA legacy_alter_table = ON");
+        c.ExecRaw(CreateSql(temp, fields));
+        std::string to, from;
+        for (size_t i = 0; i < fields.size(); ++i) {
+            if (sourceOf[i].empty()) continue;
+            to += (to.empty() ? "" : ", ") + QuoteName(fields[i].name);
+            from += (from.empty() ? "" : ", ") + QuoteName(sourceOf[i]);
+        }
+        if (!to.empty())
+            c.ExecRaw("INSERT INTO " + QuoteName(temp) + " (" + to + ") SELECT " + from + " FROM " +
+                      QuoteName(table) + " ORDER BY rowid");
+        c.ExecRaw("DROP TABLE " + QuoteName(table));
+        c.ExecRaw("ALTER TABLE " + QuoteName(temp) + " RENAME TO " + QuoteName(table));
+        c.ExecRaw("PRAGMA legacy_alter_table = OFF");
+        // A Counter keeps counting from where it was: numbers are never given twice.
+        if (sequence >= 0) {
+            StatementLease s = c.PrepareRaw("UPDATE sqlite_sequence SET seq = max(seq, ?2) WHERE name = ?1");
+            sqlite3_bind_text(s.get(), 1, table.c_str(), -1, SQLITE_TRANSIENT);
+            sqlite3_bind_int64(s.get(), 2, sequence);
+            c.Step(s.get());
+        }
+        WriteCatalog(c, table, fields);
+    });
+}
+
+}  // namespace
+
+void CreateTable(Connection& c, const std::string& name, const std::vector<FieldProps>& fieldsIn) {
+    if (NameTaken(c, name)) throw DaoError(kTableExists, name);
+    if (fieldsIn.empty()) throw Error(3264, "No field defined--cannot append TableDef or Index.", "DAO.TableDefs");
+    std::vector<FieldProps> fields;
+    for (const auto& f : fieldsIn) {
+        for (const auto& g : fields)
+            if (SameName(g.name, f.name)) throw DaoError(kFieldExists, f.name, name);
+        fields.push_back(Normalized(f));
+    }
+    Atomically(c, [&] {
+        c.ExecRaw(CreateSql(name, fields));
+        WriteCatalog(c, name, fields);
+    });
+}
+
+void DropTable(Connection& c, const std::string& name) {
+    const TableSchema& t = RequireTable(c, name);
+    std::string table = t.name;
+    Atomically(c, [&] {
+        c.ExecRaw("DROP TABLE " + QuoteName(table));
+        StatementLease d = c.PrepareRaw("DELETE FROM MSysFields WHERE TableName = ?1");
+        sqlite3_bind_text(d.get(), 1, table.c_str(), -1, SQLITE_TRANSIENT);
+        c.Step(d.get());
+    });
+}
+
+void RenameTable(Connection& c, const std::string& from, const std::string& to) {
+    const TableSchema& t = RequireTable(c, from);
+    if (!SameName(from, to) && NameTaken(c, to)) throw DaoError(kTableExists, to);
+    std::string table = t.name;
+    Atomically(c, [&] {
+        c.ExecRaw("ALTER TABLE " + QuoteName(table) + " RENAME TO " + QuoteName(to));
+        StatementLease u = c.PrepareRaw("UPDATE MSysFields SET TableName = ?2 WHERE TableName = ?1");
+        sqlite3_bind_text(u.get(), 1, table.c_str(), -1, SQLITE_TRANSIENT);
+        sqlite3_bind_text(u.get(), 2, to.c_str(), -1, SQLITE_TRANSIENT);
+        c.Step(u.get());
+    });
+}
+
+void AddField(Connection& c, const std::string& table, const FieldProps& field) {
+    TableSchema t = RequireTable(c, table);
+    if (t.Find(field.name)) throw DaoError(kFieldExists, field.name, t.name);
+    FieldProps f = Normalized(field);
+    if (f.IsCounter() && t.Counter())
+        throw Error(3090, "Resultant table not allowed to have more than one AutoNumber field.", "DAO.Fields");
+    std::vector<FieldProps> fields = t.fields;
+    std::vector<std::string> sources;
+    for (const auto& g : t.fields) sources.push_back(g.name);
+    fields.push_back(f);
+    sources.emplace_back();
+    Rebuild(c, t, fields, sources);
+}
+
+void DropField(Connection& c, const std::string& table, const std::string& field) {
+    TableSchema t = RequireTable(c, table);
+    int at = t.IndexOf(field);
+    if (at < 0) throw DaoError(kItemNotFound);
+    if (t.fields.size() == 1)
+        throw Error(3280, "Cannot delete the last field of a table.", "DAO.Fields");
+    std::vector<FieldProps> fields;
+    std::vector<std::string> sources;
+    for (size_t i = 0; i < t.fields.size(); ++i) {
+        if (static_cast<int>(i) == at) continue;
+        fields.push_back(t.fields[i]);
+        sources.push_back(t.fields[i].name);
+    }
+    Rebuild(c, t, fields, sources);
+}
+
+void AlterField(Connection& c, const std::string& table, const std::string& field, const FieldProps& props) {
+    TableSchema t = RequireTable(c, table);
+    int at = t.IndexOf(field);
+    if (at < 0) throw DaoError(kItemNotFound);
+    FieldProps f = Normalized(props);
+    const FieldProps& old = t.fields[static_cast<size_t>(at)];
+    if (!SameName(old.name, f.name) && t.Find(f.name)) throw DaoError(kFieldExists, f.name, t.name);
+    FieldProps renamedOnly = old;
+    renamedOnly.name = f.name;
+    if (renamedOnly.type == f.type && renamedOnly.size == f.size && renamedOnly.attributes == f.attributes &&
+        renamedOnly.defaultValue == f.defaultValue && renamedOnly.required == f.required &&
+        renamedOnly.allowZeroLength == f.allowZeroLength) {
+        if (old.name == f.name) return;
+        // A new name alone: SQLite renames in place (and in the saved queries).
+        std::string tableName = t.name;
+        Atomically(c, [&] {
+            c.ExecRaw("ALTER TABLE " + QuoteName(tableName) + " RENAME COLUMN " + QuoteName(old.name) + " TO " +
+                      QuoteName(f.name));
+            t.fields[static_cast<size_t>(at)].name = f.name;
+            WriteCatalog(c, tableName, t.fields);
+        });
+        return;
+    }
+    std::vector<FieldProps> fields = t.fields;
+    std::vector<std::string> sources;
+    for (const auto& g : t.fields) sources.push_back(g.name);
+    fields[static_cast<size_t>(at)] = f;
+    Rebuild(c, t, fields, sources);
+}
+
+// ------------------------------------------------------------ saved queries
+
+namespace {
+
+// The view that stands for a saved query: its visible columns only.
+std::string ViewSql(Connection& c, const std::string& name, const std::string& jetSql) {
+    jet::Shape shape = jet::Parameterize(jetSql);
+    jet::Translation tr = jet::TranslateStatement(shape, c);
+    if (tr.kind != jet::StatementKind::Select) throw DaoError(kInvalidOperation);
+    std::string cols;
+    for (size_t i = 0; i < tr.columns.size(); ++i) cols += (i ? ", " : "") + QuoteName(tr.columns[i].name);
+    return "CREATE VIEW " + QuoteName(name) + " AS SELECT " + cols + " FROM (" +
+           InlineParameters(tr.sql, shape.literals) + ")";
+}
+
+void WriteQuery(Connection& c, const std::string& name, const std::string& jetSql) {
+    StatementLease d = c.PrepareRaw("DELETE FROM MSysQueries WHERE Name = ?1");
+    sqlite3_bind_text(d.get(), 1, name.c_str(), -1, SQLITE_TRANSIENT);
+    c.Step(d.get());
+    d.Release();
+    StatementLease s = c.PrepareRaw("INSERT INTO MSysQueries (Name, SQL) VALUES (?1, ?2)");
+    sqlite3_bind_text(s.get(), 1, name.c_str(), -1, SQLITE_TRANSIENT);
+    sqlite3_bind_text(s.get(), 2, jetSql.c_str(), -1, SQLITE_TRANSIENT);
+    c.Step(s.get());
+}
+
+const QuerySchema& RequireQuery(Connection& c, const std::string& name) {
+    const QuerySchema* q = c.FindQuery(name);
+    if (!q) throw DaoError(kItemNotFound);
+    return *q;
+}
+
+}  // namespace
+
+void CreateQuery(Connection& c, const std::string& name, const std::string& jetSql) {
+    if (NameTaken(c, name)) throw DaoError(kObjectExists, name);
+    std::string view = ViewSql(c, name, jetSql);
+    Atomically(c, [&] {
+        c.ExecRaw(view);
+        WriteQuery(c, name, jetSql);
+    });
+}
+
+void SetQuerySql(Connection& c, const std::string& name, const std::string& jetSql) {
+    std::string stored = RequireQuery(c, name).name;
+    std::string view = ViewSql(c, stored, jetSql);
+    Atomically(c, [&] {
+        c.ExecRaw("DROP VIEW " + QuoteName(stored));
+        c.ExecRaw(view);
+        WriteQuery(c, stored, jetSql);
+    });
+}
+
+void DropQuery(Connection& c, const std::string& name) {
+    std::string stored = RequireQuery(c, name).name;
+    Atomically(c, [&] {
+        c.ExecRaw("DROP VIEW " + QuoteName(stored));
+        StatementLease d = c.PrepareRaw("DELETE FROM MSysQueries WHERE Name = ?1");
+        sqlite3_bind_text(d.get(), 1, stored.c_str(), -1, SQLITE_TRANSIENT);
+        c.Step(d.get());
+    });
+}
+
+void RenameQuery(Connection& c, const std::string& from, const std::string& to) {
+    const QuerySchema& q = RequireQuery(c, from);
+    if (!SameName(from, to) && NameTaken(c, to)) throw DaoError(kObjectExists, to);
+    std::string stored = q.name, sql = q.sql;
+    std::string view = ViewSql(c, to, sql);
+    Atomically(c, [&] {
+        c.ExecRaw("DROP VIEW " + QuoteName(stored));
+        c.ExecRaw(view);
+        StatementLease d = c.PrepareRaw("DELETE FROM MSysQueries WHERE Name = ?1");
+        sqlite3_bind_text(d.get(), 1, stored.c_str(), -1, SQLITE_TRANSIENT);
+        c.Step(d.get());
+        d.Release();
+        WriteQuery(c, to, sql);
+    });
+}
+
+}  // namespace zelvo::dao::detail
