@@ -1,0 +1,57 @@
+// CorrectDB: makes whatever book file there is — or none — fit today's
+// layout of the book, and leaves it closed and hidden.
+//
+// It runs every time a card or the recipient dialog opens and whenever the
+// host asks, so on a book that is already up to date it changes nothing but
+// the texts of the two saved queries and the hidden attribute.
+//
+// In order:
+//  1. Find the file: the book itself; else the book at its old place; else
+//     "AddressBook.mdb" of earlier versions; else that one's old place —
+//     a source found is compacted into the book's place (the source stays);
+//     with no source a new, empty book is made. A book held exclusively by
+//     another (3045) ends the routine silently; a file the engine does not
+//     recognise (3343) is sent through CompressDB once. Other failures here
+//     are reported ("zelvo.dll\Module1\CorrectDB" on open, else
+//     "Module1.CorrectDb") and end the routine.
+//  2–6. Tables, columns, defaults and counters of today's layout, each added
+//     when missing; the three older layouts are moved into today's tables
+//     (E-MailAdresses into Resources + ResourcesOwners, Projects keyed by
+//     Personal ID, Organizations rows that carried a Personal ID). A failing
+//     statement in these stages is passed over and the next one runs.
+//  7. The saved queries OrgPrj and PersPrj, written or re-written.
+//  8. The file is closed and marked hidden.
+#pragma once
+
+#include <string>
+
+#include "platform/dao/database.h"
+
+namespace zelvo {
+
+// Corrects the book at `Path`; an empty `Path` is replaced by DatabasePath()
+// and the caller's variable gets that value.
+void CorrectDB(std::string& Path);
+
+// The helpers of the correction, named as the book's code names them.
+
+// Deletes the file if it is there, hidden or not; failures are passed over.
+void RemoveFile(const std::string& Path);
+
+// Adds the column `Name` to `td` unless a column of that name and type (and,
+// for Text, size) is there. A column of the name with another type or size
+// stays as it is. Failures are passed over.
+void AddField(dao::TableDef& td, const std::string& Name, int Type, int Size = 0);
+
+// The field exists, is a Long and carries the auto-increment attribute.
+bool IsCounterField(const dao::TableDef& td, const std::string& Name);
+
+// The columns of Resources and their Counter; the columns of
+// ResourcesOwners. Each appends `td` to the file when it is new.
+void EnsureResourceColumns(dao::TableDef& td, const dao::Database& db);
+void EnsureOwnerColumns(dao::TableDef& td, const dao::Database& db);
+
+// Sets the text of the saved query `Name`, creating it when missing.
+void EnsureSavedQuery(const dao::Database& db, const std::string& Name, const std::string& SQL);
+
+}  // namespace zelvo
