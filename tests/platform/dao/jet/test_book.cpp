@@ -62,6 +62,8 @@ INSERT INTO "Photo" VALUES (1,x'01',1), (1,x'0203',2), (2,x'04',3);
 
 }  // namespace
 
+const char* TestBookRows() { return kRows; }
+
 std::optional<CatalogObject> SqliteCatalog::Find(std::string_view name) const {
     sqlite3_stmt* st = nullptr;
     sqlite3_prepare_v2(db_,

@@ -32,6 +32,10 @@ struct Result {
     int hidden = 0;
 };
 
+// The rows of the book as SQLite INSERT statements, for a book whose tables
+// are made elsewhere with the same columns in the same order.
+const char* TestBookRows();
+
 class TestBook {
 public:
     TestBook();  // an in-memory book with the rows of test_book.cpp
