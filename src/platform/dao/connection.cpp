@@ -330,6 +330,8 @@ void Connection::SchemaChanged() {
 }
 
 void Connection::LoadCatalog() {
+    // TableDefs, QueryDefs and their items outlive Close; using them after it is 3420.
+    if (!db_) throw DaoError(kObjectInvalid);
     std::int64_t version = static_cast<std::int64_t>(SchemaVersion());
     if (catalogLoaded_ && version == catalogSchemaVersion_) return;
     if (catalogLoaded_) SchemaChanged();
