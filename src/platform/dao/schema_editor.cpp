@@ -39,8 +39,10 @@ std::string ColumnSql(const FieldProps& f) {
     if (f.type == dbText && f.size > 0)
         sql += " CONSTRAINT " + QuoteName("size:" + f.name) + " CHECK (length(" + name + ") <= " +
                std::to_string(f.size) + ")";
+    // By length, not by "<> ''": the column's collation passes over control
+    // and zero-width characters, and a text of those is not empty.
     if (f.IsText() && !f.allowZeroLength)
-        sql += " CONSTRAINT " + QuoteName("zls:" + f.name) + " CHECK (" + name + " <> '')";
+        sql += " CONSTRAINT " + QuoteName("zls:" + f.name) + " CHECK (length(" + name + ") > 0)";
     return sql;
 }
 
