@@ -2,7 +2,12 @@
 #pragma once
 
 #include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
+#include <functional>
+#include <memory>
+#include <stdexcept>
 #include <string>
 
 #include "platform/core/error.h"
@@ -42,6 +47,68 @@ inline std::string Column(dao::Recordset rs, const std::string& field) {
 // The whole result of a SELECT, one column joined: "a,b,c".
 inline std::string Rows(const dao::Database& db, const std::string& sql, const std::string& field) {
     return Column(db.OpenRecordset(sql), field);
+}
+
+// Another process that runs `hold` (say, opening a book) and keeps what it
+// made until this object ends. `error()` is the number `hold` raised, 0 when
+// it succeeded. Fork it while this process has nothing open on the same
+// file: a child shares its parent's open file descriptions and so the
+// parent's claims on files.
+class OtherProcess {
+public:
+    explicit OtherProcess(std::function<void()> hold) {
+        int up[2], down[2];
+        if (pipe(up) != 0 || pipe(down) != 0) throw std::runtime_error("pipe");
+        pid_ = fork();
+        if (pid_ < 0) throw std::runtime_error("fork");
+        if (pid_ == 0) {
+            close(up[0]);
+            close(down[1]);
+            int number = 0;
+            try {
+                hold();
+            } catch (const Error& e) {
+                number = e.number();
+            } catch (...) {
+                number = -1;
+            }
+            (void)!write(up[1], &number, sizeof number);
+            char c;
+            while (read(down[0], &c, 1) > 0) {}
+            _exit(0);  // no destructors: what hold made dies with the process
+        }
+        close(up[1]);
+        close(down[0]);
+        toChild_ = down[1];
+        if (read(up[0], &error_, sizeof error_) != sizeof error_) error_ = -1;
+        close(up[0]);
+    }
+    ~OtherProcess() { End(); }
+    OtherProcess(const OtherProcess&) = delete;
+    OtherProcess& operator=(const OtherProcess&) = delete;
+
+    int error() const { return error_; }
+    // Lets the child go and waits for it.
+    void End() {
+        if (pid_ <= 0) return;
+        close(toChild_);
+        int status = 0;
+        waitpid(pid_, &status, 0);
+        pid_ = -1;
+    }
+
+private:
+    pid_t pid_ = -1;
+    int toChild_ = -1;
+    int error_ = 0;
+};
+
+// A Database that a child process holds open on `path` (exclusively or shared).
+inline std::unique_ptr<OtherProcess> HoldInOtherProcess(const std::string& path, bool exclusive) {
+    return std::make_unique<OtherProcess>([path, exclusive] {
+        static dao::Database held;  // lives until the child exits
+        held = dao::Engine().OpenDatabase(path, exclusive);
+    });
 }
 
 }  // namespace zelvo::testing
