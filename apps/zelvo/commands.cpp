@@ -9,12 +9,16 @@ namespace zelvo::cli {
 extern const Command kSqlCommand;
 extern const Command kJpegCommand;
 extern const Command kVcardCommand;
+extern const Command kCorrectDbCommand;
+extern const Command kCompactCommand;
 
 std::span<const Command> Commands() {
     static const std::vector<Command> table = {
         kSqlCommand,
         kJpegCommand,
         kVcardCommand,
+        kCorrectDbCommand,
+        kCompactCommand,
     };
     return table;
 }

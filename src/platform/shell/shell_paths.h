@@ -60,6 +60,9 @@ public:
     // a log that cannot be written is passed over.
     void ReportError(const ErrObject& err, std::string_view label) const;
     void ReportError(const Error& err, std::string_view label) const;
+    // How many reports were made in this process (a host tells from it
+    // whether a call it made ended in a report).
+    int ReportCount() const { return reports_; }
 
     // Pieces of paths, for file names made from a person's or a card's name.
     // A name fit for the disk: '/', '\\', control characters and the
@@ -79,6 +82,7 @@ private:
     std::string Base() const;  // the application folder or the program's, with separator
     std::string appPath_;
     std::string currentFolder_;
+    mutable int reports_ = 0;
 };
 
 // The folder of the running program (the executable that holds the
