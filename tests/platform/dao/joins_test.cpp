@@ -1,0 +1,99 @@
+// Record sets over joins: field names bare where they are unique and
+// "Table.Field" where two tables give the same one, and edits that go field
+// by field to the table each field came from.
+#include <gtest/gtest.h>
+
+#include "dao_test_util.h"
+#include "support/book_fixture.h"
+#include "support/temp_dir.h"
+
+namespace zelvo::testing {
+namespace {
+
+using dao::Database;
+using dao::Recordset;
+
+std::string Names(const Recordset& rs) {
+    std::string out;
+    for (int i = 0; i < rs.Fields().Count(); ++i) out += (i ? "," : "") + rs.Fields().Item(i).Name();
+    return out;
+}
+
+class Joins : public ::testing::Test {
+protected:
+    void SetUp() override {
+        db = CreateSampleBook(dir.File("AddressBookW.mdb"));
+        db.Execute("Insert Into Employees ([Job ID], [Personal ID], [Room ID], Comments) Values (1, 2, 0, \"emp\")");
+        db.Execute("Update PersonalData Set Comments=\"person\" Where [Personal ID]=2");
+    }
+    TempDir dir;
+    Database db;
+};
+
+TEST_F(Joins, FieldsAreQualifiedOnlyWhereTheBareNameIsAmbiguous) {
+    Recordset rs = db.OpenRecordset(
+        "Select * From PersonalData, Employees Where PersonalData.[Personal ID]=Employees.[Personal ID]");
+    EXPECT_EQ(Names(rs), "FirstName,MiddleName,SurName,FullName,PersonalData.Comments,PersonalData.Personal ID,"
+                         "Job ID,Employees.Personal ID,Room ID,Employees.Comments,Employee ID");
+    EXPECT_EQ(rs("personaldata.comments").AsText(), "person");
+    EXPECT_EQ(rs("Employees.Comments").AsText(), "emp");
+    EXPECT_EQ(rs("employee id"), Variant(1));
+    EXPECT_EQ(ErrorOf([&] { rs("Personal ID"); }), 3265);  // ambiguous
+    EXPECT_EQ(ErrorOf([&] { rs("Comments"); }), 3265);
+
+    Recordset named = db.OpenRecordset(
+        "Select PersonalData.[Personal ID] As [Personal ID], PersonalData.Comments, Employees.[Job ID] From "
+        "PersonalData Inner Join Employees On PersonalData.[Personal ID]=Employees.[Personal ID]");
+    EXPECT_EQ(Names(named), "Personal ID,Comments,Job ID");
+    EXPECT_EQ(named("Personal ID"), Variant(2));
+    EXPECT_EQ(named("Comments").AsText(), "person");
+}
+
+TEST_F(Joins, EditingAJoinWritesEachFieldToItsTable) {
+    Recordset rs = db.OpenRecordset(
+        "Select Resources.*, ResourcesOwners.[Owner ID], ResourcesOwners.OwnerType From ResourcesOwners Inner Join "
+        "Resources On ResourcesOwners.[Resource ID] = Resources.[Resource ID] Where [Owner ID]=2");
+    ASSERT_TRUE(rs.Updatable());
+    rs.Edit();
+    rs.SetValue("ResourceString", "smith@new.example");
+    rs.SetValue("OwnerType", 4);
+    rs.Update();
+    EXPECT_EQ(rs("ResourceString").AsText(), "smith@new.example");
+    EXPECT_EQ(Rows(db, "Select * From Resources Where [Resource ID]=3", "ResourceString"), "smith@new.example");
+    EXPECT_EQ(Rows(db, "Select * From ResourcesOwners Where [Resource ID]=3", "OwnerType"), "4");
+    EXPECT_EQ(Rows(db, "Select * From ResourcesOwners Where [Resource ID]=1", "OwnerType"), "0");
+
+    // One field alone touches one table alone.
+    rs.Edit();
+    rs.SetValue("Owner ID", 1);
+    rs.Update();
+    EXPECT_EQ(Rows(db, "Select * From ResourcesOwners Where [Resource ID]=3", "Owner ID"), "1");
+    EXPECT_EQ(Rows(db, "Select * From Resources Where [Resource ID]=3", "ResourceString"), "smith@new.example");
+}
+
+TEST_F(Joins, FieldsOfTheSameNameInTwoTablesAreWrittenApart) {
+    Recordset rs = db.OpenRecordset(
+        "Select * From PersonalData Inner Join Employees On PersonalData.[Personal ID]=Employees.[Personal ID]");
+    rs.Edit();
+    rs.SetValue("Employees.Comments", "emp2");
+    rs.Update();
+    EXPECT_EQ(Rows(db, "Select * From Employees Where [Employee ID]=1", "Comments"), "emp2");
+    EXPECT_EQ(Rows(db, "Select * From PersonalData Where [Personal ID]=2", "Comments"), "person");
+    rs.Edit();
+    rs.SetValue("PersonalData.Comments", "person2");
+    rs.Update();
+    EXPECT_EQ(Rows(db, "Select * From PersonalData Where [Personal ID]=2", "Comments"), "person2");
+    EXPECT_EQ(Rows(db, "Select * From Employees Where [Employee ID]=1", "Comments"), "emp2");
+}
+
+TEST_F(Joins, CalculatedFieldsAreReadOnly) {
+    Recordset rs = db.OpenRecordset("Select FullName, FirstName & \"!\" As Shout From PersonalData");
+    rs.Edit();
+    EXPECT_NE(ErrorOf([&] { rs.SetValue("Shout", "x"); }), 0);
+    rs.SetValue("FullName", "Renamed");
+    rs.Update();
+    EXPECT_EQ(Rows(db, "Select * From PersonalData Where [Personal ID]=1", "FullName"), "Renamed");
+}
+
+}  // namespace
+}  // namespace zelvo::testing
