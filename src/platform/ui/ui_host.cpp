@@ -2,6 +2,40 @@
 
 namespace zelvo::ui {
 
+std::vector<int> MsgBoxButtons(int style) {
+    switch (style & 7) {
+        case vbOKCancel: return {vbOK, vbCancel};
+        case vbAbortRetryIgnore: return {vbAbort, vbRetry, vbIgnore};
+        case vbYesNoCancel: return {vbYes, vbNo, vbCancel};
+        case vbYesNo: return {vbYes, vbNo};
+        case vbRetryCancel: return {vbRetry, vbCancel};
+        default: return {vbOK};
+    }
+}
+
+int MsgBoxDefaultButton(int style) {
+    std::vector<int> buttons = MsgBoxButtons(style);
+    size_t which = (style & 0xF00) >> 8;
+    return which < buttons.size() ? buttons[which] : buttons.front();
+}
+
+const char* MsgBoxButtonName(int result) {
+    switch (result) {
+        case vbOK: return "OK";
+        case vbCancel: return "Cancel";
+        case vbAbort: return "Abort";
+        case vbRetry: return "Retry";
+        case vbIgnore: return "Ignore";
+        case vbYes: return "Yes";
+        case vbNo: return "No";
+        default: return "?";
+    }
+}
+
+int UiHost::ShowMessageBox(const MessageBoxRequest& request) { return MsgBoxDefaultButton(request.buttons); }
+
+std::optional<std::string> UiHost::ShowInputBox(const InputBoxRequest&) { return std::nullopt; }
+
 namespace {
 
 // Answers as a person who closes every dialog would.

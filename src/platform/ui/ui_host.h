@@ -6,7 +6,9 @@
 // scripted host of the tests each implement it.
 #pragma once
 
+#include <optional>
 #include <string>
+#include <vector>
 
 namespace zelvo::ui {
 
@@ -20,9 +22,63 @@ struct FileDialogRequest {
     std::string fileName;          // proposed name (save) or preselected (open)
 };
 
+// Message box styles: one button set, plus an icon, plus the default button.
+enum MsgBoxStyle : int {
+    vbOKOnly = 0,
+    vbOKCancel = 1,
+    vbAbortRetryIgnore = 2,
+    vbYesNoCancel = 3,
+    vbYesNo = 4,
+    vbRetryCancel = 5,
+    vbCritical = 16,
+    vbQuestion = 32,
+    vbExclamation = 48,
+    vbInformation = 64,
+    vbDefaultButton2 = 256,
+    vbDefaultButton3 = 512,
+};
+
+// The button a message box was closed with.
+enum MsgBoxResult : int { vbOK = 1, vbCancel = 2, vbAbort = 3, vbRetry = 4, vbIgnore = 5, vbYes = 6, vbNo = 7 };
+
+// The buttons of a style, left to right.
+std::vector<int> MsgBoxButtons(int style);
+// The button that is pressed when the person just confirms (the style's
+// default button; the first when the style names none or too far a one).
+int MsgBoxDefaultButton(int style);
+// "OK", "Cancel", "Yes", ... for a result.
+const char* MsgBoxButtonName(int result);
+
+struct MessageBoxRequest {
+    std::string prompt;
+    int buttons = vbOKOnly;  // a MsgBoxStyle sum
+    std::string title;
+    std::string helpFile;
+    int context = 0;
+};
+
+struct InputBoxRequest {
+    std::string prompt;
+    std::string title;
+    std::string defaultText;  // the text the answer field starts with
+    std::optional<int> xPos;  // twips from the screen's left; none: centred
+    std::optional<int> yPos;
+    std::string helpFile;
+    int context = 0;
+};
+
 class UiHost {
 public:
     virtual ~UiHost() = default;
+
+    // A message with buttons. Returns the MsgBoxResult of the button
+    // pressed. A host that cannot ask anybody answers with the default
+    // button, as this base does.
+    virtual int ShowMessageBox(const MessageBoxRequest& request);
+
+    // A text prompt. Returns the text confirmed, or nothing when the person
+    // cancelled. This base cancels.
+    virtual std::optional<std::string> ShowInputBox(const InputBoxRequest& request);
 
     // The open-file dialog. Returns the chosen path, or "" when the person
     // gave up.

@@ -1,0 +1,19 @@
+// A picture control of a window: a size, a back colour and the picture it
+// shows. The photo code draws into one to scale a person's photo.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+
+#include "platform/imaging/picture.h"
+
+namespace zelvo::ui {
+
+struct PictureBox {
+    int Width = 0;   // twips
+    int Height = 0;  // twips
+    std::int32_t BackColor = 0xFFFFFF;  // 0x00BBGGRR
+    std::shared_ptr<imaging::Picture> Picture;
+};
+
+}  // namespace zelvo::ui

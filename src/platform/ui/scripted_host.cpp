@@ -1,0 +1,46 @@
+#include "platform/ui/scripted_host.h"
+
+namespace zelvo::ui {
+
+int ScriptedUiHost::ShowMessageBox(const MessageBoxRequest& request) {
+    log_.push_back({Shown::MessageBox, request.prompt, request.title, request.buttons, {}});
+    if (messageAnswers_.empty()) {
+        ++unanswered_;
+        return MsgBoxDefaultButton(request.buttons);
+    }
+    int answer = messageAnswers_.front();
+    messageAnswers_.pop_front();
+    return answer;
+}
+
+std::optional<std::string> ScriptedUiHost::ShowInputBox(const InputBoxRequest& request) {
+    log_.push_back({Shown::InputBox, request.prompt, request.title, 0, request.defaultText});
+    if (inputAnswers_.empty()) {
+        ++unanswered_;
+        return std::nullopt;
+    }
+    auto answer = std::move(inputAnswers_.front());
+    inputAnswers_.pop_front();
+    return answer;
+}
+
+std::string ScriptedUiHost::FileAnswer(Shown::Kind kind, const FileDialogRequest& request) {
+    log_.push_back({kind, request.title, request.title, 0, request.fileName});
+    if (fileAnswers_.empty()) {
+        ++unanswered_;
+        return {};
+    }
+    std::string answer = std::move(fileAnswers_.front());
+    fileAnswers_.pop_front();
+    return answer;
+}
+
+std::string ScriptedUiHost::ShowOpenDialog(const FileDialogRequest& request) {
+    return FileAnswer(Shown::OpenDialog, request);
+}
+
+std::string ScriptedUiHost::ShowSaveDialog(const FileDialogRequest& request) {
+    return FileAnswer(Shown::SaveDialog, request);
+}
+
+}  // namespace zelvo::ui
