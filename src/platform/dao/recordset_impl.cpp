@@ -425,6 +425,14 @@ bool RecordsetImpl::MatchesAt(std::int64_t index, const std::string& criteriaSql
     return conn_->Step(s.get());
 }
 
+std::int64_t RecordsetImpl::IndexOf(const Row& row) const {
+    for (std::int64_t i = 0; i < static_cast<std::int64_t>(rows_.size()); ++i) {
+        const Row& r = rows_[static_cast<size_t>(i)];
+        if (!r.deleted && r.keys == row.keys) return i;
+    }
+    return -1;
+}
+
 void RecordsetImpl::Find(FindKind kind, std::string_view criteria) {
     CheckOpen();
     DiscardEdit();
@@ -454,10 +462,29 @@ void RecordsetImpl::Find(FindKind kind, std::string_view criteria) {
         for (size_t i = 0; i < cols_.size(); ++i) sql += (i ? ",f" : "f") + std::to_string(i);
         for (size_t k = 0; k < keySources_.size(); ++k) sql += ",h" + std::to_string(k);
         sql += ") AS (" + tr_->sql + ") SELECT * FROM r WHERE " +
-               ShiftParameters(ct.sql, static_cast<int>(shape_.literals.size())) + " LIMIT 1";
+               ShiftParameters(ct.sql, static_cast<int>(shape_.literals.size()));
+        // While the set is still being read, its statement holds the same
+        // snapshot and order as this one: the first match is the set's first.
+        // Once it is read to the end, the file may hold rows that are not in
+        // the set (added by other holders since) and the set may hold rows
+        // added through it, which stand last whatever the order says.
+        if (!exhausted_) sql += " LIMIT 1";
         StatementLease s = conn_->PrepareRaw(sql);
         conn_->BindLiterals(s.get(), shape_.literals);
         conn_->BindLiterals(s.get(), shape.literals, static_cast<int>(shape_.literals.size()));
+        if (exhausted_) {
+            std::int64_t best = -1;
+            while (conn_->Step(s.get())) {
+                std::int64_t i = IndexOf(ReadRow(s.get(), static_cast<int>(cols_.size())));
+                if (i < 0) continue;  // not in this set
+                if (best < 0 || i < best) best = i;
+                if (!rows_[static_cast<size_t>(i)].added) break;  // rows read come before rows added
+            }
+            s.Release();
+            noMatch_ = best < 0;
+            if (best >= 0) SetCurrent(best);
+            return;
+        }
         if (!conn_->Step(s.get())) {
             noMatch_ = true;
             return;
@@ -467,15 +494,8 @@ void RecordsetImpl::Find(FindKind kind, std::string_view criteria) {
         noMatch_ = false;
         // Already read that far? Then stand on it; else stand on the match
         // and find its place when a move needs it.
-        for (std::int64_t i = 0; i < static_cast<std::int64_t>(rows_.size()); ++i) {
-            if (!rows_[static_cast<size_t>(i)].deleted && rows_[static_cast<size_t>(i)].keys == found.keys) {
-                SetCurrent(i);
-                return;
-            }
-        }
-        if (exhausted_) {
-            // A row added by another holder after this set was read: not ours.
-            noMatch_ = true;
+        if (std::int64_t i = IndexOf(found); i >= 0) {
+            SetCurrent(i);
             return;
         }
         unplaced_ = std::move(found);
@@ -649,6 +669,7 @@ void RecordsetImpl::Update() {
 
     // AddNew: a row in every table that got a value; at least in the first.
     Row added;
+    added.added = true;
     added.values = buffer_;
     added.keys.assign(keySources_.size(), kNoKey);
     bool any = false;

@@ -88,6 +88,7 @@ private:
         std::vector<Variant> values;
         std::vector<std::int64_t> keys;  // per table source; kNoKey when the row has none
         bool deleted = false;
+        bool added = false;  // by AddNew through this set: it stands last until Requery
     };
     static constexpr std::int64_t kNoKey = INT64_MIN;
     static constexpr std::int64_t kUnplaced = -2;
@@ -106,6 +107,7 @@ private:
     void SetEmptyFlags();
     Variant Coerce(const Column& c, const Variant& v) const;
     bool MatchesAt(std::int64_t index, const std::string& criteriaSql, const std::vector<Variant>& literals);
+    std::int64_t IndexOf(const Row& row) const;  // the live row with row's keys, or -1
     void ProbeWriteLock();
 
     std::shared_ptr<Connection> conn_;
