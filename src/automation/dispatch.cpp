@@ -1,0 +1,293 @@
+// The dispatch table of cAddressbook. Each later member joins it with one
+// entry in kMembers (its signature) and one binder (the call).
+#include "zelvo/dispatch.h"
+
+#include <cctype>
+#include <cfenv>
+#include <cmath>
+#include <cstdlib>
+#include <functional>
+#include <limits>
+
+#include "platform/core/error.h"
+#include "zelvo/addressbook.h"
+
+namespace zelvo {
+
+namespace {
+
+[[noreturn]] void Raise(int number, const std::string& text) { throw Error(number, text, "Zelvolib"); }
+
+bool SameName(std::string_view a, std::string_view b) {
+    if (a.size() != b.size()) return false;
+    for (size_t i = 0; i < a.size(); ++i)
+        if (std::tolower(static_cast<unsigned char>(a[i])) != std::tolower(static_cast<unsigned char>(b[i])))
+            return false;
+    return true;
+}
+
+std::string Trim(std::string_view s) {
+    size_t b = s.find_first_not_of(" \t\r\n");
+    if (b == std::string_view::npos) return {};
+    size_t e = s.find_last_not_of(" \t\r\n");
+    return std::string(s.substr(b, e - b + 1));
+}
+
+// A text as a number, as the runtime reads one: decimal with an optional
+// sign, point and exponent, or &H / &O for hexadecimal and octal.
+std::optional<double> ParseNumber(std::string_view text) {
+    std::string t = Trim(text);
+    if (t.empty()) return std::nullopt;
+    if (t.size() > 2 && t[0] == '&' && (t[1] == 'H' || t[1] == 'h' || t[1] == 'O' || t[1] == 'o')) {
+        char* end = nullptr;
+        long long v = std::strtoll(t.c_str() + 2, &end, (t[1] == 'H' || t[1] == 'h') ? 16 : 8);
+        if (*end) return std::nullopt;
+        return static_cast<double>(v);
+    }
+    char* end = nullptr;
+    double v = std::strtod(t.c_str(), &end);
+    if (*end || end == t.c_str() || std::isnan(v) || std::isinf(v)) return std::nullopt;
+    // strtod reads "0x10" and "inf"; the runtime does not.
+    for (char c : t)
+        if (!(std::isdigit(static_cast<unsigned char>(c)) || c == '+' || c == '-' || c == '.' || c == 'e' || c == 'E'))
+            return std::nullopt;
+    return v;
+}
+
+std::int64_t ToWhole(const Variant& value, std::int64_t lo, std::int64_t hi) {
+    double d = 0;
+    switch (value.kind()) {
+        case Variant::Kind::Null: Raise(94, "Invalid use of Null");
+        case Variant::Kind::Integer: d = static_cast<double>(value.integer()); break;
+        case Variant::Kind::Boolean: return value.boolean() ? -1 : 0;
+        case Variant::Kind::Double: d = value.real(); break;
+        case Variant::Kind::Text: {
+            auto n = ParseNumber(value.text());
+            if (!n) Raise(13, "Type mismatch");
+            d = *n;
+            break;
+        }
+        case Variant::Kind::Bytes: Raise(13, "Type mismatch");
+    }
+    // Halves go to the even neighbour, as the runtime rounds.
+    double r = std::nearbyint(d);
+    if (std::fabs(d - std::trunc(d)) == 0.5) r = 2.0 * std::nearbyint(d / 2.0);
+    if (r < static_cast<double>(lo) || r > static_cast<double>(hi)) Raise(6, "Overflow");
+    return static_cast<std::int64_t>(r);
+}
+
+// ---- the members
+
+using Binder = std::function<Variant(cAddressbook&, std::vector<Variant>&, std::vector<DispObject>&)>;
+
+template <class T>
+T* Obj(const DispObject& o) {
+    if (std::holds_alternative<std::monostate>(o)) return nullptr;
+    if (auto p = std::get_if<T*>(&o)) return *p;
+    Raise(13, "Type mismatch");
+}
+
+struct Entry {
+    DispMember info;
+    Binder call;  // methods
+    std::function<Variant(const cAddressbook&)> get = nullptr;          // properties
+    std::function<void(cAddressbook&, const Variant&)> set = nullptr;  // properties; the value converted
+};
+
+Variant ZeroOf(DispType type) {
+    switch (type) {
+        case DispType::Long:
+        case DispType::Integer: return Variant(std::int64_t{0});
+        case DispType::Boolean: return Variant(false);
+        case DispType::String: return Variant(std::string());
+        default: return Variant();
+    }
+}
+
+Variant Long(std::int32_t v) { return Variant(std::int64_t{v}); }
+std::int32_t Long(const Variant& v) { return static_cast<std::int32_t>(v.integer()); }
+
+[[maybe_unused]] DispParam In(std::string name, DispType type) { return {std::move(name), type, false, false, std::nullopt}; }
+DispParam Ref(std::string name, DispType type) { return {std::move(name), type, true, false, std::nullopt}; }
+DispParam Opt(DispParam p, std::optional<Variant> def = std::nullopt) {
+    p.optional = true;
+    p.defaultValue = std::move(def);
+    return p;
+}
+
+const std::vector<Entry>& Members() {
+    using T = DispType;
+    static const std::vector<Entry> members = {
+        {{"CorrectDB", DispKind::Method, {Ref("Path", T::String)}, std::nullopt, false,
+          "brings the book at Path (\"\" for the book of AppPath) to today's layout, creating it when missing"},
+         [](cAddressbook& b, std::vector<Variant>& v, std::vector<DispObject>&) {
+             std::string path = v[0].text();
+             b.CorrectDB(path);
+             v[0] = Variant(path);
+             return Variant();
+         }},
+        {{"Navigate", DispKind::Method,
+          {Ref("Listview1", T::Object), Ref("DataPersonal", T::Object), Opt(Ref("DataEmail", T::Object)),
+           Opt(Ref("Icon", T::Variant), Variant("User"))},
+          std::nullopt, false, "fills the host's list with the persons (and office objects) of the current view"},
+         [](cAddressbook& b, std::vector<Variant>& v, std::vector<DispObject>& o) {
+             b.Navigate(Obj<ui::ListView>(o[0]), Obj<ui::DataControl>(o[1]), Obj<ui::DataControl>(o[2]), v[3]);
+             return Variant();
+         }},
+        {{"GetDatabasename", DispKind::Method, {}, T::String, false, "the path of the book for AppPath"},
+         [](cAddressbook& b, std::vector<Variant>&, std::vector<DispObject>&) {
+             return Variant(b.GetDatabasename());
+         }},
+        {{"CompressDB", DispKind::Method, {}, std::nullopt, false, "compacts the book in place, keeping a backup"},
+         [](cAddressbook& b, std::vector<Variant>&, std::vector<DispObject>&) {
+             b.CompressDB();
+             return Variant();
+         }},
+        // Properties.
+        {{"rProject", DispKind::Property, {}, T::String, false, "the current project's path"}, nullptr,
+         [](const cAddressbook& b) { return Variant(b.rProject); },
+         [](cAddressbook& b, const Variant& v) { b.rProject = v.text(); }},
+        {{"InsArcPrj", DispKind::Property, {}, T::Boolean, false, "rProject lies in the archive"}, nullptr,
+         [](const cAddressbook& b) { return Variant(b.InsArcPrj); },
+         [](cAddressbook& b, const Variant& v) { b.InsArcPrj = v.boolean(); }},
+        {{"Flags", DispKind::Property, {}, T::Long, false, "AddrFiltr: which persons Navigate lists"}, nullptr,
+         [](const cAddressbook& b) { return Long(b.Flags); },
+         [](cAddressbook& b, const Variant& v) { b.Flags = Long(v); }},
+        {{"Flags2", DispKind::Property, {}, T::Long, false, "Filtr2: which kinds of object Navigate lists"}, nullptr,
+         [](const cAddressbook& b) { return Long(b.Flags2); },
+         [](cAddressbook& b, const Variant& v) { b.Flags2 = Long(v); }},
+        {{"AppPath", DispKind::Property, {}, T::String, false, "the folder of the book"}, nullptr,
+         [](const cAddressbook& b) { return Variant(b.AppPath); },
+         [](cAddressbook& b, const Variant& v) { b.AppPath = v.text(); }},
+        {{"tagOffset", DispKind::Property, {}, T::Long, false, "sub-items ahead of the office objects' columns"},
+         nullptr, [](const cAddressbook& b) { return Long(b.tagOffset); },
+         [](cAddressbook& b, const Variant& v) { b.tagOffset = Long(v); }},
+    };
+    return members;
+}
+
+const Entry* FindEntry(std::string_view name) {
+    for (const auto& e : Members())
+        if (SameName(e.info.name, name)) return &e;
+    return nullptr;
+}
+
+const Entry& PropertyEntry(std::string_view name) {
+    const Entry* e = FindEntry(name);
+    if (!e || e->info.kind != DispKind::Property)
+        Raise(438, "Object doesn't support this property or method");
+    return *e;
+}
+
+}  // namespace
+
+const char* DispTypeName(DispType type) {
+    switch (type) {
+        case DispType::Long: return "Long";
+        case DispType::Integer: return "Integer";
+        case DispType::Boolean: return "Boolean";
+        case DispType::String: return "String";
+        case DispType::Variant: return "Variant";
+        case DispType::Object: return "Object";
+    }
+    return "?";
+}
+
+Variant CoerceTo(const Variant& value, DispType type) {
+    switch (type) {
+        case DispType::Long:
+            return Variant(ToWhole(value, std::numeric_limits<std::int32_t>::min(),
+                                   std::numeric_limits<std::int32_t>::max()));
+        case DispType::Integer:
+            return Variant(ToWhole(value, std::numeric_limits<std::int16_t>::min(),
+                                   std::numeric_limits<std::int16_t>::max()));
+        case DispType::Boolean:
+            switch (value.kind()) {
+                case Variant::Kind::Null: Raise(94, "Invalid use of Null");
+                case Variant::Kind::Boolean: return value;
+                case Variant::Kind::Integer: return Variant(value.integer() != 0);
+                case Variant::Kind::Double: return Variant(value.real() != 0);
+                case Variant::Kind::Text: {
+                    std::string t = Trim(value.text());
+                    if (SameName(t, "True")) return Variant(true);
+                    if (SameName(t, "False")) return Variant(false);
+                    if (auto n = ParseNumber(t)) return Variant(*n != 0);
+                    Raise(13, "Type mismatch");
+                }
+                case Variant::Kind::Bytes: Raise(13, "Type mismatch");
+            }
+            break;
+        case DispType::String:
+            if (value.IsNull()) Raise(94, "Invalid use of Null");
+            return Variant(value.AsText());
+        case DispType::Variant: return value;
+        case DispType::Object: Raise(424, "Object required");
+    }
+    Raise(13, "Type mismatch");
+}
+
+std::span<const DispMember> cAddressbookMembers() {
+    static const std::vector<DispMember> infos = [] {
+        std::vector<DispMember> v;
+        for (const auto& e : Members()) v.push_back(e.info);
+        return v;
+    }();
+    return infos;
+}
+
+const DispMember* FindcAddressbookMember(std::string_view name) {
+    const Entry* e = FindEntry(name);
+    if (!e) return nullptr;
+    size_t index = static_cast<size_t>(e - Members().data());
+    return &cAddressbookMembers()[index];
+}
+
+Variant Invoke(cAddressbook& book, std::string_view name, std::vector<DispArg>& args) {
+    const Entry* entry = FindEntry(name);
+    if (!entry) Raise(438, "Object doesn't support this property or method");
+    if (entry->info.kind == DispKind::Property) {
+        if (args.empty()) return GetProperty(book, name);
+        if (args.size() == 1 && args[0].value) {
+            SetProperty(book, name, *args[0].value);
+            return Variant();
+        }
+        Raise(450, "Wrong number of arguments or invalid property assignment");
+    }
+    const auto& params = entry->info.params;
+    if (args.size() > params.size()) Raise(450, "Wrong number of arguments or invalid property assignment");
+
+    std::vector<Variant> values(params.size());
+    std::vector<DispObject> objects(params.size());
+    for (size_t i = 0; i < params.size(); ++i) {
+        const DispParam& p = params[i];
+        const DispArg* a = i < args.size() ? &args[i] : nullptr;
+        bool given = a && (a->value || !std::holds_alternative<std::monostate>(a->object));
+        if (!given) {
+            if (!p.optional) Raise(449, "Argument not optional: " + p.name);
+            values[i] = p.defaultValue ? *p.defaultValue : ZeroOf(p.type);
+            continue;
+        }
+        if (p.type == DispType::Object) {
+            if (std::holds_alternative<std::monostate>(a->object)) Raise(424, "Object required: " + p.name);
+            objects[i] = a->object;
+        } else {
+            if (!a->value) Raise(13, "Type mismatch: " + p.name);
+            values[i] = CoerceTo(*a->value, p.type);
+        }
+    }
+
+    Variant result = entry->call(book, values, objects);
+
+    for (size_t i = 0; i < params.size() && i < args.size(); ++i)
+        if (params[i].byRef && params[i].type != DispType::Object && args[i].value) args[i].value = values[i];
+    return result;
+}
+
+Variant GetProperty(const cAddressbook& book, std::string_view name) { return PropertyEntry(name).get(book); }
+
+void SetProperty(cAddressbook& book, std::string_view name, const Variant& value) {
+    const Entry& e = PropertyEntry(name);
+    e.set(book, CoerceTo(value, *e.info.result));
+}
+
+}  // namespace zelvo

@@ -1,0 +1,123 @@
+#include "personslist/lvw_add_persons.h"
+
+#include "hostservices/lng_text.h"
+#include "personslist/persons_query.h"
+#include "platform/core/error.h"
+#include "platform/core/value_conv.h"
+#include "store/library_state.h"
+#include "zelvo/enums.h"
+
+namespace zelvo {
+
+namespace {
+
+PersonPhotoLoader& PhotoLoader() {
+    static PersonPhotoLoader loader;
+    return loader;
+}
+
+std::string RowText(const dao::Recordset& Rs, const OnErrorResumeNext& on) {
+    auto text = [&](const char* field) { return ValueConv::ToText(on.Resume([&] { return Rs(field); })); };
+    std::string firstName = text("FirstName");
+    std::string middleName = text("MiddleName");
+    std::string surname = text("Surname");
+    std::string fullName = text("FullName");
+    if (!fullName.empty()) return fullName;
+    return firstName + " " + middleName + " " + surname;
+}
+
+}  // namespace
+
+PersonPhotoLoader SetPersonPhotoLoader(PersonPhotoLoader loader) {
+    PersonPhotoLoader previous = std::move(PhotoLoader());
+    PhotoLoader() = std::move(loader);
+    return previous;
+}
+
+void LvwAddPersons2(ui::ListView& Lvw, dao::Recordset& Rs, std::int32_t EmailColumn, const Variant& Icon,
+                    bool ShowPhotos, ui::PictureBox* PicPhoto, ui::PictureBox* ScaledPhoto, std::int32_t PhotoWidth,
+                    std::int32_t PhotoHeight) {
+    OnErrorResumeNext on("Module1.LvwAddPersons2");
+
+    bool redraw = Lvw.AllowRedraw();
+    if (redraw) Lvw.SetAllowRedraw(false);
+
+    // An empty record set fails the move; its count stays 0.
+    on.Do([&] { Rs.MoveLast(); });
+    std::int64_t count = on.Resume([&] { return Rs.RecordCount(); });
+
+    std::shared_ptr<ui::ImageList> icons = Lvw.Icons();
+    std::shared_ptr<ui::ImageList> smallIcons = Lvw.SmallIcons();
+
+    // One database for the e-mail addresses of all rows.
+    dao::Database emailDb;
+    if (EmailColumn > 0)
+        emailDb = on.Resume([] { return DBEngine().OpenDatabase(DatabasePath(), false, false, "Access"); });
+
+    bool photoMode = ShowPhotos && PicPhoto && ScaledPhoto;
+    PersonPhotoLoader loader;
+    int savedWidth = 0, savedHeight = 0;
+    if (photoMode) {
+        loader = PhotoLoader();
+        // Photos of an earlier fill go; the first image (the caller's) stays.
+        Lvw.SetIcons(nullptr);
+        Lvw.SetSmallIcons(nullptr);
+        if (Lvw.View() == ui::lvwIcon && icons)
+            for (int i = icons->ListImages().Count(); i >= 2; --i) icons->ListImages().Remove(i);
+        Lvw.SetIcons(icons);
+        Lvw.SetSmallIcons(smallIcons);
+        if (icons) ScaledPhoto->BackColor = icons->MaskColor;
+        savedWidth = ScaledPhoto->Width;
+        savedHeight = ScaledPhoto->Height;
+        ScaledPhoto->Width = PhotoWidth;
+        ScaledPhoto->Height = PhotoHeight;
+    }
+
+    // Fetched once for the whole list, not once a row.
+    const std::string typeText = " " + LngText("Module1.LvwAddPersons2", "man", "Man");
+    const bool emailWanted = EmailColumn > 0 && Lvw.ColumnHeaders().Count() > 1 && emailDb.IsOpen();
+
+    for (std::int64_t i = 1; i <= count; ++i) {
+        Variant id = on.Resume([&] { return Rs("Personal ID"); });
+        ui::ListItem& item = Lvw.ListItems().Add();
+        std::int32_t personalId = ValueConv::ToLong(id);
+        item.SetTag(Variant(std::int64_t{personalId}));
+        std::string text = RowText(Rs, on);
+
+        Variant largeIcon = Icon;
+        if (photoMode && loader) {
+            bool hasPhoto = on.Resume([&] { return loader(personalId, *PicPhoto, *ScaledPhoto); });
+            if (hasPhoto && icons) {
+                std::string key = "ID_" + std::to_string(personalId);
+                bool added = on.Do([&] {
+                    icons->ListImages().Add(key, ScaledPhoto->Picture
+                                                     ? std::make_shared<imaging::Picture>(*ScaledPhoto->Picture)
+                                                     : nullptr);
+                });
+                if (added) largeIcon = Variant(key);
+            }
+        }
+        item.SetIcon(largeIcon);
+        item.SetSmallIcon(Icon);
+        item.SetText(text);
+
+        if (emailWanted) {
+            dao::Recordset rsEmail = on.Resume(
+                [&] { return emailDb.OpenRecordset(GetOwnerResourcesQuery(personalId, oPersonal_ID, RsEmail)); });
+            if (on.Resume([&] { return rsEmail.AbsolutePosition() != -1; }))
+                on.Do([&] { item.SetSubItems(EmailColumn, ValueConv::ToText(rsEmail("ResourceString"))); });
+            if (EmailColumn > 1) on.Do([&] { item.SetSubItems(1, typeText); });
+            on.Do([&] { rsEmail.Close(); });
+        }
+        if (i < count) on.Do([&] { Rs.MovePrevious(); });
+    }
+
+    if (emailDb.IsOpen()) on.Do([&] { emailDb.Close(); });
+    if (photoMode) {
+        ScaledPhoto->Width = savedWidth;
+        ScaledPhoto->Height = savedHeight;
+    }
+    if (redraw) Lvw.SetAllowRedraw(true);
+}
+
+}  // namespace zelvo
