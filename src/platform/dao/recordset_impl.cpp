@@ -737,6 +737,12 @@ void RecordsetImpl::Requery() {
     DiscardEdit();
     live_.Release();
     noMatch_ = false;
+    // The tables may have changed since the set was opened: the fields and
+    // the hidden keys are read afresh, or keys would be taken from the
+    // wrong columns.
+    cols_.clear();
+    byName_.clear();
+    keySources_.clear();
     Start();
 }
 
