@@ -210,6 +210,32 @@ TEST_F(Schema, CreateAndDropTableWithJetTypeNames) {
     EXPECT_EQ(db.TableDefs().Count(), 0);
 }
 
+TEST_F(Schema, ARecordSetRequeriedAfterItsTableChangedEditsTheRightRows) {
+    CreateBookSchema(db);
+    for (int owner = 1; owner <= 3; ++owner)
+        db.Execute("Insert Into Projects ([Owner ID], Project) Values (" + std::to_string(owner) + ", \"P" +
+                   std::to_string(owner) + "\")");
+    Recordset rs = db.OpenRecordset("Projects");
+    TableDef t = db.TableDefs()("Projects");
+    Field level = t.CreateField("Level", dao::dbLong);
+    level.SetDefaultValue("1");
+    t.Fields().Append(level);
+    rs.Requery();
+    EXPECT_EQ(rs.Fields().Count(), 5);
+    rs.MoveLast();
+    EXPECT_EQ(rs("Project").AsText(), "P3");
+    rs.Edit();
+    rs.SetValue("Project", "changed");
+    rs.Update();
+    EXPECT_EQ(Rows(db, "Projects", "Project"), "P1,P2,changed");
+
+    t.Fields().Delete("OwnerType");
+    rs.Requery();
+    EXPECT_EQ(ErrorOf([&] { rs("OwnerType"); }), 3265);
+    rs.Delete();
+    EXPECT_EQ(Rows(db, "Projects", "Project"), "P2,changed");
+}
+
 TEST_F(Schema, ATableNeedsAField) {
     TableDef t = db.CreateTableDef("Empty");
     EXPECT_EQ(ErrorOf([&] { db.TableDefs().Append(t); }), 3264);
