@@ -6,10 +6,14 @@
 // message on stderr), 2 bad usage (with a one-line reason on stderr).
 #pragma once
 
+#include <deque>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "platform/ui/terminal_host.h"
 
 namespace zelvo::cli {
 
@@ -32,5 +36,20 @@ int UsageError(std::string_view command, std::string_view reason);
 
 // True when args hold --help or -h.
 bool WantsHelp(std::span<const std::string> args);
+
+// Options of the host given before the command's name (and, for the
+// commands that take them, among its own arguments).
+struct HostOptions {
+    std::optional<std::string> appPath;  // --app-path DIR
+    std::deque<std::string> answers;     // --answer TEXT…, for the input boxes in order
+    // The UiHost of the process while a command runs; a command that takes
+    // --answer among its own options adds them here.
+    ui::TerminalUiHost* terminal = nullptr;
+};
+HostOptions& Host();
+
+// The application folder: --app-path, else $XDG_DATA_HOME/zelvo (that is
+// ~/.local/share/zelvo).
+std::string HostAppPath();
 
 }  // namespace zelvo::cli

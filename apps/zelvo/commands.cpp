@@ -1,6 +1,8 @@
 #include "command.h"
 
 #include <algorithm>
+#include <cstdlib>
+#include <filesystem>
 #include <iostream>
 
 namespace zelvo::cli {
@@ -11,9 +13,13 @@ extern const Command kJpegCommand;
 extern const Command kVcardCommand;
 extern const Command kCorrectDbCommand;
 extern const Command kCompactCommand;
+extern const Command kCallCommand;
+extern const Command kListCommand;
 
 std::span<const Command> Commands() {
     static const std::vector<Command> table = {
+        kListCommand,
+        kCallCommand,
         kSqlCommand,
         kJpegCommand,
         kVcardCommand,
@@ -27,6 +33,20 @@ int UsageError(std::string_view command, std::string_view reason) {
     std::cerr << "zelvo " << command << ": " << reason << "\n"
               << "Try 'zelvo " << command << " --help'.\n";
     return kExitUsage;
+}
+
+HostOptions& Host() {
+    static HostOptions options;
+    return options;
+}
+
+std::string HostAppPath() {
+    if (Host().appPath) return *Host().appPath;
+    const char* data = std::getenv("XDG_DATA_HOME");
+    const char* home = std::getenv("HOME");
+    std::filesystem::path base = data && *data ? std::filesystem::path(data)
+                                               : std::filesystem::path(home ? home : ".") / ".local/share";
+    return (base / "zelvo").string();
 }
 
 bool WantsHelp(std::span<const std::string> args) {

@@ -30,6 +30,8 @@ public:
     std::string ShowOpenDialog(const FileDialogRequest& request) override;
     std::string ShowSaveDialog(const FileDialogRequest& request) override;
 
+    // One more answer given beforehand, after those already queued.
+    void AddAnswer(std::string answer) { answers_.push_back(std::move(answer)); }
     // Answers given beforehand and not yet used.
     size_t AnswersLeft() const { return answers_.size(); }
 
