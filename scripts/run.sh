@@ -1,16 +1,16 @@
 #!/usr/bin/env bash
 # Builds Zelvo when needed and runs the command-line host with the given
-# arguments. Without arguments it shows the tables of the default book,
-# creating the book when it is missing.
+# arguments. Without arguments it lists the persons of the default book
+# ($XDG_DATA_HOME/zelvo/AddressBookW.mdb), making the book first when it is
+# missing.
 set -euo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
 dir=$("$root/scripts/build.sh" | tail -n 1)
 if (($# == 0)); then
   data="${XDG_DATA_HOME:-$HOME/.local/share}/zelvo"
-  mkdir -p "$data"
-  db="$data/AddressBookW.mdb"
-  create=()
-  [[ -f "$db" ]] || create=(--create)
-  exec "$dir/bin/zelvo" sql --db "$db" "${create[@]}" "Select * from PersonalData"
+  if [[ ! -f "$data/AddressBookW.mdb" ]]; then
+    "$dir/bin/zelvo" --app-path "$data" correct-db
+  fi
+  exec "$dir/bin/zelvo" --app-path "$data" list
 fi
 exec "$dir/bin/zelvo" "$@"
