@@ -131,6 +131,15 @@ void Rebuild(Connection& c, const TableSchema& old, std::vector<FieldProps> fiel
             to += (to.empty() ? "" : ", ") + QuoteName(fields[i].name);
             from += (from.empty() ? "" : ", ") + QuoteName(sourceOf[i]);
         }
+        // Rows keep their rowids, which open record sets (here and in other
+        // connections) hold as keys; a Counter is the rowid itself, and a new
+        // one numbers the rows in their order.
+        bool counter = false;
+        for (const auto& f : fields) counter = counter || f.IsCounter();
+        if (!counter && !to.empty()) {
+            to = "rowid, " + to;
+            from = "rowid, " + from;
+        }
         if (!to.empty())
             c.ExecRaw("INSERT INTO " + QuoteName(temp) + " (" + to + ") SELECT " + from + " FROM " +
                       QuoteName(table) + " ORDER BY rowid");
