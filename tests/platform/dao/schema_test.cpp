@@ -236,6 +236,28 @@ TEST_F(Schema, ARecordSetRequeriedAfterItsTableChangedEditsTheRightRows) {
     EXPECT_EQ(Rows(db, "Projects", "Project"), "P2,changed");
 }
 
+TEST_F(Schema, RowsKeepTheirPlaceForOpenSetsWhenATableIsRebuilt) {
+    CreateBookSchema(db);
+    for (int owner = 1; owner <= 4; ++owner)
+        db.Execute("Insert Into Projects ([Owner ID], Project) Values (" + std::to_string(owner) + ", \"P\")");
+    db.Execute("Delete From Projects Where [Owner ID]=1");
+    Recordset rs = db.OpenRecordset("Projects");
+    Database other = Engine().OpenDatabase(path);
+    Recordset elsewhere = other.OpenRecordset("Projects");
+    elsewhere.MoveLast();
+    TableDef t = db.TableDefs()("Projects");
+    t.Fields().Append(t.CreateField("Level", dao::dbLong));  // the table is made anew
+    rs.MoveLast();
+    rs.Edit();
+    rs.SetValue("Project", "last");
+    rs.Update();
+    elsewhere.MoveFirst();
+    elsewhere.Edit();
+    elsewhere.SetValue("Project", "first");
+    elsewhere.Update();
+    EXPECT_EQ(Rows(db, "Select * From Projects Order By [Owner ID]", "Project"), "first,P,last");
+}
+
 TEST_F(Schema, ATableNeedsAField) {
     TableDef t = db.CreateTableDef("Empty");
     EXPECT_EQ(ErrorOf([&] { db.TableDefs().Append(t); }), 3264);
