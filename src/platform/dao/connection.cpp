@@ -329,11 +329,24 @@ void Connection::SchemaChanged() {
     indexedColumns_.clear();
 }
 
-void Connection::LoadCatalog() {
+std::uint64_t Connection::DataVersion() {
+    // SQLite's count of commits to the file, as of this connection's last
+    // transaction: reading it takes no lock, unlike any query.
+    unsigned int v = 0;
+    sqlite3_file_control(db_, "main", SQLITE_FCNTL_DATA_VERSION, &v);
+    return v;
+}
+
+bool Connection::LoadCatalog(bool verify) {
     // TableDefs, QueryDefs and their items outlive Close; using them after it is 3420.
     if (!db_) throw DaoError(kObjectInvalid);
+    // Every query starts a read transaction, which takes file locks; asking
+    // for the schema version before each statement would double that cost.
+    // Nothing committed since the last look means no schema change either.
+    if (catalogLoaded_ && !verify && DataVersion() == catalogDataVersion_) return false;
     std::int64_t version = static_cast<std::int64_t>(SchemaVersion());
-    if (catalogLoaded_ && version == catalogSchemaVersion_) return;
+    catalogDataVersion_ = DataVersion();
+    if (catalogLoaded_ && version == catalogSchemaVersion_) return true;
     if (catalogLoaded_) SchemaChanged();
     tables_.clear();
     queries_.clear();
@@ -401,6 +414,7 @@ void Connection::LoadCatalog() {
     }
     catalogLoaded_ = true;
     catalogSchemaVersion_ = version;
+    return true;
 }
 
 const std::vector<TableSchema>& Connection::Tables() {
@@ -446,10 +460,24 @@ std::optional<jet::CatalogObject> Connection::Find(std::string_view name) const 
 
 Connection::Prepared Connection::Prepare(const jet::Shape& shape) {
     if (!db_) throw DaoError(kObjectInvalid);
-    LoadCatalog();  // also drops the cache when the schema moved under us
+    bool verified = LoadCatalog();  // also drops the cache when the schema moved under us
     auto it = cache_.find(shape.key);
     if (it == cache_.end()) {
-        auto translation = std::make_shared<const jet::Translation>(jet::TranslateStatement(shape, *this));
+        std::shared_ptr<const jet::Translation> translation;
+        try {
+            translation = std::make_shared<const jet::Translation>(jet::TranslateStatement(shape, *this));
+        } catch (const Error& e) {
+            // The last look at the schema may predate another connection's
+            // change that this statement relies on: look again, then retry.
+            if (verified || (e.number() != kTooFewParameters && e.number() != kInputTableNotFound)) throw;
+            LoadCatalog(true);
+            translation = std::make_shared<const jet::Translation>(jet::TranslateStatement(shape, *this));
+        }
+        // A shape that looks rows up by a field is usually run again with
+        // other values (a list filled one query per row): index the field
+        // once, so that each run is a lookup. This may reset the cache.
+        for (const auto& lookup : translation->lookupColumns)
+            EnsureLookupIndex(translation->sources[static_cast<size_t>(lookup.source)].name, lookup.column);
         if (!translation->cacheable) {
             Prepared p{translation, {}};
             if (!translation->sql.empty()) {

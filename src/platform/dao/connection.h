@@ -166,8 +166,11 @@ public:
 private:
     Connection() = default;
     void Configure();
-    void LoadCatalog();
+    // Brings the catalog up to date; returns false when it could skip
+    // asking SQLite because nothing was committed since the last look.
+    bool LoadCatalog(bool verify = false);
     std::uint64_t SchemaVersion();
+    std::uint64_t DataVersion();
 
     sqlite3* db_ = nullptr;
     std::string path_;
@@ -178,6 +181,7 @@ private:
     // catalog, valid for catalogVersion_
     bool catalogLoaded_ = false;
     std::int64_t catalogSchemaVersion_ = -1;
+    std::uint64_t catalogDataVersion_ = 0;  // the file's commit counter when last verified
     std::vector<TableSchema> tables_;
     std::vector<QuerySchema> queries_;
 

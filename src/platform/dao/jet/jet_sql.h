@@ -143,6 +143,14 @@ struct Translation {
     // (which SQLite nests as a subquery) has none either: its fields of the
     // result are then read-only.
     int hiddenRowids = 0;
+    // Fields of tables compared by "=" with a literal in the top-level
+    // conjunction of WHERE ("[Owner ID]=5 And [OwnerType]=0"): the engine
+    // may index them, since the book declares no index of its own.
+    struct LookupColumn {
+        int source = -1;     // index in `sources` (never a saved query)
+        std::string column;  // its stored name
+    };
+    std::vector<LookupColumn> lookupColumns;
 
     // Insert / Update / Delete: the table written.
     std::string table;

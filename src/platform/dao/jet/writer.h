@@ -64,6 +64,7 @@ public:
         std::vector<Source> sources;
         int hiddenRowids = 0;
         bool distinct = false;
+        std::vector<Translation::LookupColumn> lookupColumns;
     };
     SelectResult WriteSelect(const Select& s, const NameScope* outer, bool top);
 
