@@ -110,7 +110,7 @@ int RunList(std::span<const std::string> args) {
                                                            "project " + *project;
         std::cout << heading << " (" << bookPath << "):\n";
         std::vector<std::string> ids;
-        size_t idWidth = 2, nameWidth = 4;
+        size_t idWidth = 1, nameWidth = 1;
         for (int i = 1; i <= n; ++i) {
             ids.push_back(list.ListItems().Item(i).Tag().AsText());
             idWidth = std::max(idWidth, ids.back().size());
@@ -126,7 +126,7 @@ int RunList(std::span<const std::string> args) {
         std::cout << "(" << n << (n == 1 ? " person)\n" : " persons)\n");
         return kExitOk;
     } catch (const Error& e) {
-        if (e.number() == 3024) {
+        if (e.number() == 3024 || e.number() == 3044) {
             std::cerr << "zelvo list: there is no address book at " << bookPath
                       << "\nMake one with 'zelvo correct-db'" << (Host().appPath ? " --app-path " + *Host().appPath : "")
                       << ".\n";
