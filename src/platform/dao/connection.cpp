@@ -230,6 +230,7 @@ void Connection::Close() {
     for (auto& [key, entry] : cache_)
         for (sqlite3_stmt* s : entry.idle) sqlite3_finalize(s);
     cache_.clear();
+    layouts_.clear();
     if (schemaVersionStmt_) sqlite3_finalize(schemaVersionStmt_);
     schemaVersionStmt_ = nullptr;
     sqlite3_close_v2(db_);  // statements still leased are finalized as their leases end
@@ -326,7 +327,17 @@ void Connection::SchemaChanged() {
     for (auto& [key, entry] : cache_)
         for (sqlite3_stmt* s : entry.idle) sqlite3_finalize(s);
     cache_.clear();
+    layouts_.clear();
     indexedColumns_.clear();
+}
+
+std::shared_ptr<const RecordsetLayout> Connection::LayoutOf(const jet::Translation* translation) const {
+    auto it = layouts_.find(translation);
+    return it == layouts_.end() ? nullptr : it->second;
+}
+
+void Connection::KeepLayout(const jet::Translation* translation, std::shared_ptr<const RecordsetLayout> layout) {
+    layouts_[translation] = std::move(layout);
 }
 
 std::uint64_t Connection::DataVersion() {
@@ -490,7 +501,7 @@ Connection::Prepared Connection::Prepare(const jet::Shape& shape) {
         }
         it = cache_.emplace(shape.key, CacheEntry{translation, {}}).first;
     }
-    Prepared p{it->second.translation, {}};
+    Prepared p{it->second.translation, {}, true};
     if (p.translation->sql.empty()) return p;
     sqlite3_stmt* stmt = nullptr;
     if (!it->second.idle.empty()) {

@@ -35,6 +35,7 @@
 namespace zelvo::dao::detail {
 
 class RecordsetImpl;
+struct RecordsetLayout;
 
 struct TableSchema {
     std::string name;
@@ -116,6 +117,7 @@ public:
     struct Prepared {
         std::shared_ptr<const jet::Translation> translation;
         StatementLease statement;  // empty for DDL
+        bool cached = false;       // the translation lives in the cache
     };
     // Translates (once per shape) and prepares (once per shape, while idle)
     // a statement. Literals are bound by the caller (BindLiterals).
@@ -160,6 +162,11 @@ public:
     // read-only file, or when the index cannot be made right now.
     void EnsureLookupIndex(const std::string& table, const std::string& column);
 
+    // What a record set learns of a cached translation's fields, kept with
+    // it so that opening the same shape again costs no catalog lookups.
+    std::shared_ptr<const RecordsetLayout> LayoutOf(const jet::Translation* translation) const;
+    void KeepLayout(const jet::Translation* translation, std::shared_ptr<const RecordsetLayout> layout);
+
     // ---- statement-cache support for leases
     void ReturnStatement(const std::string& key, sqlite3_stmt* stmt, std::uint64_t generation);
 
@@ -193,6 +200,7 @@ private:
     std::uint64_t generation_ = 1;  // bumped when the schema changes
     std::int64_t cacheSchemaVersion_ = -1;
     std::unordered_map<std::string, CacheEntry> cache_;
+    std::unordered_map<const jet::Translation*, std::shared_ptr<const RecordsetLayout>> layouts_;
     sqlite3_stmt* schemaVersionStmt_ = nullptr;
     std::int64_t lastSchemaCheck_ = -1;
 

@@ -81,6 +81,51 @@ RecordsetImpl::~RecordsetImpl() {
     if (conn_) conn_->Unregister(this);
 }
 
+std::shared_ptr<const RecordsetLayout> RecordsetImpl::MakeLayout(Connection& conn, const jet::Translation& tr,
+                                                                  sqlite3_stmt* st) {
+    auto layout = std::make_shared<RecordsetLayout>();
+    const int visible = static_cast<int>(tr.columns.size());
+    const bool writable = !tr.distinct && tr.hiddenRowids > 0;
+    for (int i = 0; i < visible; ++i) {
+        const jet::OutputColumn& oc = tr.columns[static_cast<size_t>(i)];
+        Column c;
+        c.name = oc.name;
+        c.source = oc.source;
+        const char* table = sqlite3_column_table_name(st, i);
+        const char* origin = sqlite3_column_origin_name(st, i);
+        if (table && origin) {
+            c.table = table;
+            c.column = origin;
+            if (const TableSchema* t = conn.FindTable(c.table)) {
+                if (const FieldProps* f = t->Find(c.column)) {
+                    c.props = *f;
+                    c.known = true;
+                }
+            }
+        }
+        c.updatable = writable && c.known && oc.source >= 0 && tr.sources[static_cast<size_t>(oc.source)].hasRowid;
+        layout->byName.emplace(FoldName(c.name), i);
+        layout->cols.push_back(std::move(c));
+    }
+    for (int k = 0; k < static_cast<int>(tr.sources.size()); ++k)
+        if (tr.sources[static_cast<size_t>(k)].hasRowid) layout->keySources.push_back(k);
+    // A bare name also finds a field that the join named Table.Field,
+    // when only one field has that bare name.
+    std::unordered_map<std::string, int> bare;
+    for (int i = 0; i < visible; ++i) {
+        const std::string& n = layout->cols[static_cast<size_t>(i)].name;
+        auto dot = n.rfind('.');
+        if (dot == std::string::npos) continue;
+        std::string b = FoldName(n.substr(dot + 1));
+        if (layout->byName.count(b)) continue;
+        auto [it, fresh] = bare.emplace(b, i);
+        if (!fresh) it->second = -1;
+    }
+    for (auto& [b, i] : bare)
+        if (i >= 0) layout->byName.emplace(b, i);
+    return layout;
+}
+
 void RecordsetImpl::Start() {
     Connection::Prepared p = conn_->Prepare(shape_);
     if (p.translation->kind != jet::StatementKind::Select)
@@ -89,53 +134,18 @@ void RecordsetImpl::Start() {
     live_ = std::move(p.statement);
     conn_->BindLiterals(live_.get(), shape_.literals);
     exhausted_ = false;
+    updatable_ = !readOnly_ && !tr_->distinct && tr_->hiddenRowids > 0;
 
-    if (cols_.empty()) {
-        sqlite3_stmt* st = live_.get();
-        const int visible = static_cast<int>(tr_->columns.size());
-        updatable_ = !readOnly_ && !tr_->distinct && tr_->hiddenRowids > 0;
-        for (int i = 0; i < visible; ++i) {
-            const jet::OutputColumn& oc = tr_->columns[static_cast<size_t>(i)];
-            Column c;
-            c.name = oc.name;
-            c.source = oc.source;
-            const char* table = sqlite3_column_table_name(st, i);
-            const char* origin = sqlite3_column_origin_name(st, i);
-            if (table && origin) {
-                c.table = table;
-                c.column = origin;
-                if (const TableSchema* t = conn_->FindTable(c.table)) {
-                    if (const FieldProps* f = t->Find(c.column)) {
-                        c.props = *f;
-                        c.known = true;
-                    }
-                }
-            }
-            c.updatable = updatable_ && c.known && oc.source >= 0 &&
-                          tr_->sources[static_cast<size_t>(oc.source)].hasRowid;
-            std::string folded = FoldName(c.name);
-            byName_.emplace(folded, i);
-            cols_.push_back(std::move(c));
-        }
-        for (int k = 0; k < static_cast<int>(tr_->sources.size()); ++k)
-            if (tr_->sources[static_cast<size_t>(k)].hasRowid) keySources_.push_back(k);
-        // A bare name also finds a field that the join named Table.Field,
-        // when only one field has that bare name.
-        std::unordered_map<std::string, int> bare;
-        for (int i = 0; i < visible; ++i) {
-            const std::string& n = cols_[static_cast<size_t>(i)].name;
-            auto dot = n.rfind('.');
-            if (dot == std::string::npos) continue;
-            std::string b = FoldName(n.substr(dot + 1));
-            if (byName_.count(b)) continue;
-            auto [it, fresh] = bare.emplace(b, i);
-            if (!fresh) it->second = -1;
-        }
-        for (auto& [b, i] : bare)
-            if (i >= 0) byName_.emplace(b, i);
+    // Requery takes the layout afresh too: the tables may have changed since
+    // the set was opened, and keys must not be read from the wrong columns.
+    layout_ = p.cached ? conn_->LayoutOf(tr_.get()) : nullptr;
+    if (!layout_) {
+        layout_ = MakeLayout(*conn_, *tr_, live_.get());
+        if (p.cached) conn_->KeepLayout(tr_.get(), layout_);
     }
 
     rows_.clear();
+    keyIndex_.clear();
     unplaced_.reset();
     reached_ = 0;
     if (FetchOne()) {
@@ -157,16 +167,27 @@ bool RecordsetImpl::FetchOne() {
         live_.Release();
         return false;
     }
-    rows_.push_back(ReadRow(live_.get(), static_cast<int>(cols_.size())));
+    Keep(ReadRow(live_.get(), static_cast<int>(cols().size())));
     return true;
+}
+
+std::size_t RecordsetImpl::KeyHash(const std::vector<std::int64_t>& keys) {
+    std::size_t h = 0;
+    for (std::int64_t k : keys) h = h * 1000003u ^ std::hash<std::int64_t>()(k);
+    return h;
+}
+
+void RecordsetImpl::Keep(Row row) {
+    keyIndex_.emplace(KeyHash(row.keys), static_cast<std::int64_t>(rows_.size()));
+    rows_.push_back(std::move(row));
 }
 
 RecordsetImpl::Row RecordsetImpl::ReadRow(sqlite3_stmt* st, int keyOffset) const {
     Row r;
-    r.values.reserve(cols_.size());
-    for (int i = 0; i < static_cast<int>(cols_.size()); ++i) r.values.push_back(ReadValue(st, i, cols_[static_cast<size_t>(i)]));
-    r.keys.reserve(keySources_.size());
-    for (size_t k = 0; k < keySources_.size(); ++k) {
+    r.values.reserve(cols().size());
+    for (int i = 0; i < static_cast<int>(cols().size()); ++i) r.values.push_back(ReadValue(st, i, cols()[static_cast<size_t>(i)]));
+    r.keys.reserve(layout_->keySources.size());
+    for (size_t k = 0; k < layout_->keySources.size(); ++k) {
         int col = keyOffset + static_cast<int>(k);
         r.keys.push_back(sqlite3_column_type(st, col) == SQLITE_NULL ? kNoKey : sqlite3_column_int64(st, col));
     }
@@ -211,8 +232,8 @@ void RecordsetImpl::CheckOpen() const {
 
 int RecordsetImpl::FieldIndex(std::string_view name) const {
     CheckOpen();
-    auto it = byName_.find(FoldName(name));
-    if (it == byName_.end()) throw DaoError(kItemNotFound);
+    auto it = layout_->byName.find(FoldName(name));
+    if (it == layout_->byName.end()) throw DaoError(kItemNotFound);
     return it->second;
 }
 
@@ -258,7 +279,7 @@ Variant RecordsetImpl::Coerce(const Column& c, const Variant& v) const {
 void RecordsetImpl::SetValue(int i, const Variant& v) {
     CheckOpen();
     if (editMode_ == 0) throw DaoError(kUpdateWithoutEdit);
-    const Column& c = cols_[static_cast<size_t>(i)];
+    const Column& c = cols()[static_cast<size_t>(i)];
     if (!c.updatable) throw Error(3164, "Field cannot be updated.", "DAO.Field");
     if (c.props.IsCounter() && editMode_ == 2 && !dirty_[static_cast<size_t>(i)]) {
         // The Counter of a new row is the engine's to give.
@@ -413,24 +434,26 @@ bool RecordsetImpl::MatchesAt(std::int64_t index, const std::string& criteriaSql
     if (r.deleted) return false;
     // The criteria see the row as the record set holds it.
     std::string sql = "SELECT 1 FROM (SELECT ";
-    for (size_t i = 0; i < cols_.size(); ++i) {
+    for (size_t i = 0; i < cols().size(); ++i) {
         if (i) sql += ", ";
         sql += "?" + std::to_string(i + 1) + " AS f" + std::to_string(i);
     }
-    if (cols_.empty()) sql += "1";
-    sql += ") WHERE " + ShiftParameters(criteriaSql, static_cast<int>(cols_.size()));
+    if (cols().empty()) sql += "1";
+    sql += ") WHERE " + ShiftParameters(criteriaSql, static_cast<int>(cols().size()));
     StatementLease s = conn_->PrepareRaw(sql);
-    for (size_t i = 0; i < cols_.size(); ++i) Connection::Bind(s.get(), static_cast<int>(i + 1), r.values[i]);
-    conn_->BindLiterals(s.get(), literals, static_cast<int>(cols_.size()));
+    for (size_t i = 0; i < cols().size(); ++i) Connection::Bind(s.get(), static_cast<int>(i + 1), r.values[i]);
+    conn_->BindLiterals(s.get(), literals, static_cast<int>(cols().size()));
     return conn_->Step(s.get());
 }
 
 std::int64_t RecordsetImpl::IndexOf(const Row& row) const {
-    for (std::int64_t i = 0; i < static_cast<std::int64_t>(rows_.size()); ++i) {
-        const Row& r = rows_[static_cast<size_t>(i)];
-        if (!r.deleted && r.keys == row.keys) return i;
+    std::int64_t found = -1;
+    auto [from, to] = keyIndex_.equal_range(KeyHash(row.keys));
+    for (auto it = from; it != to; ++it) {
+        const Row& r = rows_[static_cast<size_t>(it->second)];
+        if (!r.deleted && r.keys == row.keys && (found < 0 || it->second < found)) found = it->second;
     }
-    return -1;
+    return found;
 }
 
 void RecordsetImpl::Find(FindKind kind, std::string_view criteria) {
@@ -438,16 +461,16 @@ void RecordsetImpl::Find(FindKind kind, std::string_view criteria) {
     DiscardEdit();
     jet::Shape shape = jet::Parameterize(criteria);
     std::vector<std::string> names;
-    names.reserve(cols_.size());
-    for (const auto& c : cols_) names.push_back(c.name);
+    names.reserve(cols().size());
+    for (const auto& c : cols()) names.push_back(c.name);
     jet::CriteriaTranslation ct = jet::TranslateCriteria(shape, names);
 
-    if (kind == FindKind::First && !keySources_.empty()) {
+    if (kind == FindKind::First && !layout_->keySources.empty()) {
         // Ask SQLite for the first match: with an index on the compared text
         // this is a lookup, not a walk over the rows.
         bool indexed = false;
         for (int f : ct.equalityFields) {
-            const Column& c = cols_[static_cast<size_t>(f)];
+            const Column& c = cols()[static_cast<size_t>(f)];
             if (c.known && c.props.IsText() && !c.table.empty()) {
                 conn_->EnsureLookupIndex(c.table, c.column);
                 indexed = true;
@@ -455,12 +478,12 @@ void RecordsetImpl::Find(FindKind kind, std::string_view criteria) {
         }
         if (!indexed)
             for (int f : ct.equalityFields) {
-                const Column& c = cols_[static_cast<size_t>(f)];
+                const Column& c = cols()[static_cast<size_t>(f)];
                 if (c.known && !c.table.empty()) conn_->EnsureLookupIndex(c.table, c.column);
             }
         std::string sql = "WITH r(";
-        for (size_t i = 0; i < cols_.size(); ++i) sql += (i ? ",f" : "f") + std::to_string(i);
-        for (size_t k = 0; k < keySources_.size(); ++k) sql += ",h" + std::to_string(k);
+        for (size_t i = 0; i < cols().size(); ++i) sql += (i ? ",f" : "f") + std::to_string(i);
+        for (size_t k = 0; k < layout_->keySources.size(); ++k) sql += ",h" + std::to_string(k);
         sql += ") AS (" + tr_->sql + ") SELECT * FROM r WHERE " +
                ShiftParameters(ct.sql, static_cast<int>(shape_.literals.size()));
         // While the set is still being read, its statement holds the same
@@ -475,7 +498,7 @@ void RecordsetImpl::Find(FindKind kind, std::string_view criteria) {
         if (exhausted_) {
             std::int64_t best = -1;
             while (conn_->Step(s.get())) {
-                std::int64_t i = IndexOf(ReadRow(s.get(), static_cast<int>(cols_.size())));
+                std::int64_t i = IndexOf(ReadRow(s.get(), static_cast<int>(cols().size())));
                 if (i < 0) continue;  // not in this set
                 if (best < 0 || i < best) best = i;
                 if (!rows_[static_cast<size_t>(i)].added) break;  // rows read come before rows added
@@ -489,7 +512,7 @@ void RecordsetImpl::Find(FindKind kind, std::string_view criteria) {
             noMatch_ = true;
             return;
         }
-        Row found = ReadRow(s.get(), static_cast<int>(cols_.size()));
+        Row found = ReadRow(s.get(), static_cast<int>(cols().size()));
         s.Release();
         noMatch_ = false;
         // Already read that far? Then stand on it; else stand on the match
@@ -565,7 +588,7 @@ void RecordsetImpl::Edit() {
     (void)r;
     buffer_ = row.values;
     original_ = row.values;
-    dirty_.assign(cols_.size(), false);
+    dirty_.assign(cols().size(), false);
     editMode_ = 1;
 }
 
@@ -575,11 +598,11 @@ void RecordsetImpl::AddNew() {
     conn_->BeforeWrite();
     Place();
     DiscardEdit();
-    buffer_.assign(cols_.size(), Variant());
-    dirty_.assign(cols_.size(), false);
+    buffer_.assign(cols().size(), Variant());
+    dirty_.assign(cols().size(), false);
     reservedCounter_ = 0;
-    for (size_t i = 0; i < cols_.size(); ++i) {
-        const Column& c = cols_[i];
+    for (size_t i = 0; i < cols().size(); ++i) {
+        const Column& c = cols()[i];
         if (!c.known) continue;
         if (c.props.IsCounter() && c.updatable) {
             // Readable at once, as the original engine numbered a new row at AddNew.
@@ -610,8 +633,8 @@ void RecordsetImpl::Update() {
 
     // The columns to write, by table source.
     std::vector<std::vector<int>> bySource(tr_->sources.size());
-    for (size_t i = 0; i < cols_.size(); ++i) {
-        const Column& c = cols_[i];
+    for (size_t i = 0; i < cols().size(); ++i) {
+        const Column& c = cols()[i];
         if (!c.updatable || c.source < 0) continue;
         if (editMode_ == 1 && !dirty_[i]) continue;
         if (editMode_ == 2 && !dirty_[i] && !(c.props.IsCounter() && reservedCounter_ != 0) &&
@@ -620,8 +643,8 @@ void RecordsetImpl::Update() {
         bySource[static_cast<size_t>(c.source)].push_back(static_cast<int>(i));
     }
     auto keySlot = [&](int source) {
-        for (size_t k = 0; k < keySources_.size(); ++k)
-            if (keySources_[k] == source) return static_cast<int>(k);
+        for (size_t k = 0; k < layout_->keySources.size(); ++k)
+            if (layout_->keySources[k] == source) return static_cast<int>(k);
         return -1;
     };
 
@@ -632,12 +655,12 @@ void RecordsetImpl::Update() {
             if (colsOfSource.empty()) continue;
             int slot = keySlot(static_cast<int>(s));
             if (slot < 0 || row.keys[static_cast<size_t>(slot)] == kNoKey) throw DaoError(kRecordsetNotUpdatable);
-            const std::string& table = cols_[static_cast<size_t>(colsOfSource[0])].table;
+            const std::string& table = cols()[static_cast<size_t>(colsOfSource[0])].table;
             std::int64_t key = row.keys[static_cast<size_t>(slot)];
             // Optimistic check: the row must still hold what this set read.
             std::string check = "SELECT ";
             for (size_t j = 0; j < colsOfSource.size(); ++j)
-                check += (j ? ", " : "") + QuoteName(cols_[static_cast<size_t>(colsOfSource[j])].column);
+                check += (j ? ", " : "") + QuoteName(cols()[static_cast<size_t>(colsOfSource[j])].column);
             check += " FROM " + QuoteName(table) + " WHERE rowid = ?1";
             {
                 StatementLease q = conn_->PrepareRaw(check);
@@ -645,14 +668,14 @@ void RecordsetImpl::Update() {
                 if (!conn_->Step(q.get(), table)) throw DaoError(kWriteConflict);
                 for (size_t j = 0; j < colsOfSource.size(); ++j) {
                     int ci = colsOfSource[j];
-                    if (!(ReadValue(q.get(), static_cast<int>(j), cols_[static_cast<size_t>(ci)]) ==
+                    if (!(ReadValue(q.get(), static_cast<int>(j), cols()[static_cast<size_t>(ci)]) ==
                           original_[static_cast<size_t>(ci)]))
                         throw DaoError(kWriteConflict);
                 }
             }
             std::string sql = "UPDATE " + QuoteName(table) + " SET ";
             for (size_t j = 0; j < colsOfSource.size(); ++j)
-                sql += (j ? ", " : "") + QuoteName(cols_[static_cast<size_t>(colsOfSource[j])].column) + " = ?" +
+                sql += (j ? ", " : "") + QuoteName(cols()[static_cast<size_t>(colsOfSource[j])].column) + " = ?" +
                        std::to_string(j + 1);
             sql += " WHERE rowid = ?" + std::to_string(colsOfSource.size() + 1);
             StatementLease u = conn_->PrepareRaw(sql);
@@ -661,7 +684,7 @@ void RecordsetImpl::Update() {
             sqlite3_bind_int64(u.get(), static_cast<int>(colsOfSource.size() + 1), key);
             conn_->Step(u.get(), table);
         }
-        for (size_t i = 0; i < cols_.size(); ++i)
+        for (size_t i = 0; i < cols().size(); ++i)
             if (dirty_[i]) row.values[i] = buffer_[i];
         DiscardEdit();
         return;
@@ -671,24 +694,24 @@ void RecordsetImpl::Update() {
     Row added;
     added.added = true;
     added.values = buffer_;
-    added.keys.assign(keySources_.size(), kNoKey);
+    added.keys.assign(layout_->keySources.size(), kNoKey);
     bool any = false;
     for (const auto& v : bySource) any = any || !v.empty();
-    if (!any && !keySources_.empty()) {
+    if (!any && !layout_->keySources.empty()) {
         // Nothing was set: the new row goes to the first table with its defaults.
-        for (size_t i = 0; i < cols_.size(); ++i)
-            if (cols_[i].updatable && cols_[i].source == keySources_[0]) {
-                bySource[static_cast<size_t>(keySources_[0])].push_back(static_cast<int>(i));
+        for (size_t i = 0; i < cols().size(); ++i)
+            if (cols()[i].updatable && cols()[i].source == layout_->keySources[0]) {
+                bySource[static_cast<size_t>(layout_->keySources[0])].push_back(static_cast<int>(i));
                 break;
             }
     }
     for (size_t s = 0; s < bySource.size(); ++s) {
         const auto& colsOfSource = bySource[s];
         if (colsOfSource.empty()) continue;
-        const std::string& table = cols_[static_cast<size_t>(colsOfSource[0])].table;
+        const std::string& table = cols()[static_cast<size_t>(colsOfSource[0])].table;
         std::string names, marks;
         for (size_t j = 0; j < colsOfSource.size(); ++j) {
-            names += (j ? ", " : "") + QuoteName(cols_[static_cast<size_t>(colsOfSource[j])].column);
+            names += (j ? ", " : "") + QuoteName(cols()[static_cast<size_t>(colsOfSource[j])].column);
             marks += (j ? ", ?" : "?") + std::to_string(j + 1);
         }
         StatementLease ins = conn_->PrepareRaw("INSERT INTO " + QuoteName(table) + " (" + names + ") VALUES (" + marks + ")");
@@ -699,7 +722,7 @@ void RecordsetImpl::Update() {
         if (slot >= 0) added.keys[static_cast<size_t>(slot)] = sqlite3_last_insert_rowid(conn_->db());
     }
     FinishReading();
-    rows_.push_back(std::move(added));
+    Keep(std::move(added));
     if (reached_ == static_cast<std::int64_t>(rows_.size()) - 1) reached_ = static_cast<std::int64_t>(rows_.size());
     DiscardEdit();
     // The record that was current before AddNew is current again.
@@ -723,9 +746,9 @@ void RecordsetImpl::Delete() {
     CurrentRow();  // 3021 / 3167
     conn_->BeforeWrite();
     Row& row = rows_[static_cast<size_t>(pos_)];
-    if (keySources_.empty() || row.keys[0] == kNoKey) throw DaoError(kRecordsetNotUpdatable);
+    if (layout_->keySources.empty() || row.keys[0] == kNoKey) throw DaoError(kRecordsetNotUpdatable);
     // The first table of the query is the one whose record goes.
-    std::string table = tr_->sources[static_cast<size_t>(keySources_[0])].name;
+    std::string table = tr_->sources[static_cast<size_t>(layout_->keySources[0])].name;
     StatementLease d = conn_->PrepareRaw("DELETE FROM " + QuoteName(table) + " WHERE rowid = ?1");
     sqlite3_bind_int64(d.get(), 1, row.keys[0]);
     conn_->Step(d.get(), table);
@@ -737,12 +760,6 @@ void RecordsetImpl::Requery() {
     DiscardEdit();
     live_.Release();
     noMatch_ = false;
-    // The tables may have changed since the set was opened: the fields and
-    // the hidden keys are read afresh, or keys would be taken from the
-    // wrong columns.
-    cols_.clear();
-    byName_.clear();
-    keySources_.clear();
     Start();
 }
 
@@ -754,6 +771,7 @@ void RecordsetImpl::Close() {
 void RecordsetImpl::CloseFromConnection() {
     live_.Release();
     rows_.clear();
+    keyIndex_.clear();
     unplaced_.reset();
     if (conn_) conn_->Unregister(this);
     conn_.reset();

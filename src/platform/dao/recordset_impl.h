@@ -25,6 +25,25 @@
 
 namespace zelvo::dao::detail {
 
+// One field of a record set, as the translation and the catalog describe it.
+struct RecordsetColumn {
+    std::string name;
+    int source = -1;       // translation source, -1 for an expression
+    std::string table;     // base table of the column, "" when unknown
+    std::string column;    // its name there
+    FieldProps props;      // its definition (type decides how values read)
+    bool known = false;    // props come from the catalog
+    bool updatable = false;  // writable when the record set is
+};
+
+// The fields of a translated SELECT: the same for every record set opened
+// on it, so the connection keeps one per cached translation.
+struct RecordsetLayout {
+    std::vector<RecordsetColumn> cols;
+    std::unordered_map<std::string, int> byName;  // folded name → index
+    std::vector<int> keySources;                  // source index of each key slot
+};
+
 class RecordsetImpl : public std::enable_shared_from_this<RecordsetImpl> {
 public:
     // Opens the rows of `shape` (a SELECT) on `conn`.
@@ -33,11 +52,11 @@ public:
     ~RecordsetImpl();
 
     // ---- fields
-    int FieldCount() const { return static_cast<int>(cols_.size()); }
+    int FieldCount() const { return static_cast<int>(cols().size()); }
     int FieldIndex(std::string_view name) const;  // throws 3265 when unknown
-    const std::string& FieldName(int i) const { return cols_[static_cast<size_t>(i)].name; }
-    const FieldProps& FieldDefinition(int i) const { return cols_[static_cast<size_t>(i)].props; }
-    const std::string& FieldTable(int i) const { return cols_[static_cast<size_t>(i)].table; }
+    const std::string& FieldName(int i) const { return cols()[static_cast<size_t>(i)].name; }
+    const FieldProps& FieldDefinition(int i) const { return cols()[static_cast<size_t>(i)].props; }
+    const std::string& FieldTable(int i) const { return cols()[static_cast<size_t>(i)].table; }
     Variant Value(int i);
     void SetValue(int i, const Variant& v);
 
@@ -75,15 +94,7 @@ public:
 private:
     RecordsetImpl() = default;
 
-    struct Column {
-        std::string name;
-        int source = -1;       // translation source, -1 for an expression
-        std::string table;     // base table of the column, "" when unknown
-        std::string column;    // its name there
-        FieldProps props;      // its definition (type decides how values read)
-        bool known = false;    // props come from the catalog
-        bool updatable = false;
-    };
+    using Column = RecordsetColumn;
     struct Row {
         std::vector<Variant> values;
         std::vector<std::int64_t> keys;  // per table source; kNoKey when the row has none
@@ -94,6 +105,8 @@ private:
     static constexpr std::int64_t kUnplaced = -2;
 
     void Start();                       // run the query, read the first row
+    static std::shared_ptr<const RecordsetLayout> MakeLayout(Connection& conn, const jet::Translation& tr,
+                                                             sqlite3_stmt* stmt);
     bool FetchOne();                    // read one more row; false at the end
     bool EnsureRow(std::int64_t index); // read up to `index`; false when there is no such row
     Row ReadRow(sqlite3_stmt* stmt, int keyOffset) const;
@@ -108,6 +121,8 @@ private:
     Variant Coerce(const Column& c, const Variant& v) const;
     bool MatchesAt(std::int64_t index, const std::string& criteriaSql, const std::vector<Variant>& literals);
     std::int64_t IndexOf(const Row& row) const;  // the live row with row's keys, or -1
+    void Keep(Row row);                          // append to rows_, indexed by its keys
+    static std::size_t KeyHash(const std::vector<std::int64_t>& keys);
     void ProbeWriteLock();
 
     std::shared_ptr<Connection> conn_;
@@ -118,11 +133,11 @@ private:
     bool readOnly_ = false;
     bool updatable_ = false;
 
-    std::vector<Column> cols_;
-    std::unordered_map<std::string, int> byName_;  // folded name → index
-    std::vector<int> keySources_;                  // source index of each key slot
+    std::shared_ptr<const RecordsetLayout> layout_;
+    const std::vector<Column>& cols() const { return layout_->cols; }
 
     std::vector<Row> rows_;
+    std::unordered_multimap<std::size_t, std::int64_t> keyIndex_;  // key hash → index in rows_
     std::int64_t pos_ = -1;        // index into rows_, -1 before the first, rows_.size() after the last
     std::optional<Row> unplaced_;  // the current row when pos_ == kUnplaced
     bool bof_ = true;
