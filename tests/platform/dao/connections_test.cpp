@@ -80,7 +80,15 @@ TEST_F(TwoConnections, ARowChangedSinceItWasReadIsAConflict) {
     rb.Update();
     ra.Edit();
     ra.SetValue("FullName", "Changed by A");
-    EXPECT_EQ(ErrorOf([&] { ra.Update(); }), 3197);
+    try {
+        ra.Update();
+        ADD_FAILURE() << "Update over another's change";
+    } catch (const Error& e) {
+        EXPECT_EQ(e.number(), 3197);
+        EXPECT_EQ(e.description(),
+                  "The Microsoft Jet database engine stopped the process because you and another user are "
+                  "attempting to change the same data at the same time.");
+    }
     EXPECT_EQ(Rows(a, "Select * From PersonalData Where [Personal ID]=2", "FullName"), "Changed by B");
     // Another field of the row, not touched by B, can still be written.
     ra.Requery();
@@ -100,7 +108,8 @@ TEST_F(TwoConnections, AWriterHoldingTheLockMakesOthersFail) {
     ASSERT_EQ(sqlite3_open(path.c_str(), &raw), SQLITE_OK);
     ASSERT_EQ(sqlite3_exec(raw, "BEGIN IMMEDIATE; DELETE FROM Projects;", nullptr, nullptr, nullptr), SQLITE_OK);
 
-    EXPECT_EQ(ErrorOf([&] { c.Execute("Update PersonalData Set Comments=\"x\""); }), 3218);
+    EXPECT_EQ(Describe([&] { c.Execute("Update PersonalData Set Comments=\"x\""); }),
+              "3218 Could not update; currently locked.");
     char host[256] = {};
     gethostname(host, sizeof host - 1);
     try {

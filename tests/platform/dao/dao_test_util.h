@@ -26,6 +26,16 @@ int ErrorOf(F&& f) {
     return 0;
 }
 
+// The error `f` raises as "number text", or "no error".
+inline std::string Describe(const std::function<void()>& f) {
+    try {
+        f();
+    } catch (const Error& e) {
+        return std::to_string(e.number()) + " " + e.description();
+    }
+    return "no error";
+}
+
 // The cursor of a record set as a short text: "pos=1 bof=0 eof=0".
 inline std::string Cursor(const dao::Recordset& rs) {
     return "pos=" + std::to_string(rs.AbsolutePosition()) + " bof=" + std::to_string(rs.IsBOF()) +

@@ -21,15 +21,6 @@ using dao::Engine;
 using dao::Recordset;
 namespace fs = std::filesystem;
 
-std::string Describe(const std::function<void()>& f) {
-    try {
-        f();
-    } catch (const Error& e) {
-        return std::to_string(e.number()) + " " + e.description();
-    }
-    return "no error";
-}
-
 std::string ReadAll(const std::string& path) {
     std::ifstream in(path, std::ios::binary);
     return std::string(std::istreambuf_iterator<char>(in), {});
@@ -52,9 +43,12 @@ TEST_F(EngineErrors, MissingFilesAndFolders) {
     const std::string missing = dir.File("Missing.mdb");
     EXPECT_EQ(Describe([&] { Engine().OpenDatabase(missing); }), "3024 Could not find file '" + missing + "'.");
     EXPECT_EQ(ErrorOf([&] { Engine().OpenDatabase(dir.path().string()); }), 3024);  // a folder is no file
-    EXPECT_EQ(ErrorOf([&] { Engine().OpenDatabase(dir.File("no/such/folder/x.mdb")); }), 3044);
+    EXPECT_EQ(Describe([&] { Engine().OpenDatabase(dir.File("no/such/folder/x.mdb")); }),
+              "3044 '" + dir.File("no/such/folder") +
+                  "' is not a valid path. Make sure that the path name is spelled correctly and that you are "
+                  "connected to the server on which the file resides.");
     EXPECT_EQ(ErrorOf([&] { Engine().CreateDatabase(dir.File("no/such/folder/x.mdb")); }), 3044);
-    EXPECT_EQ(ErrorOf([&] { Engine().CreateDatabase(path); }), 3204);
+    EXPECT_EQ(Describe([&] { Engine().CreateDatabase(path); }), "3204 Database already exists.");
     EXPECT_FALSE(fs::exists(missing));
 }
 
@@ -174,10 +168,13 @@ TEST_F(EngineErrors, NoCurrentRecord) {
 }
 
 TEST_F(EngineErrors, DuplicateCounterValue) {
-    EXPECT_EQ(ErrorOf([&] {
+    EXPECT_EQ(Describe([&] {
                   db.Execute("Insert Into PersonalData ([Personal ID], FullName) Values (2, \"Twin\")");
               }),
-              3022);
+              "3022 The changes you requested to the table were not successful because they would create "
+              "duplicate values in the index, primary key, or relationship. Change the data in the field or fields "
+              "that contain duplicate data, remove the index, or redefine the index to permit duplicate entries "
+              "and try again.");
     EXPECT_EQ(Rows(db, "Select * From PersonalData Where [Personal ID]=2", "FullName"), "Smith");
 }
 
