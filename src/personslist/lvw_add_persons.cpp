@@ -76,6 +76,11 @@ void LvwAddPersons2(ui::ListView& Lvw, dao::Recordset& Rs, std::int32_t EmailCol
     // Fetched once for the whole list, not once a row.
     const std::string typeText = " " + LngText("Module1.LvwAddPersons2", "man", "Man");
     const bool emailWanted = EmailColumn > 0 && Lvw.ColumnHeaders().Count() > 1 && emailDb.IsOpen();
+    // The columns of Resources cannot change during the fill (nothing else
+    // runs meanwhile), so the e-mail query's column list is read once from
+    // the fill's own database rather than by opening the book again a row.
+    const std::string resourceColumns =
+        emailWanted ? on.Resume([&] { return TableColumnList("Resources", emailDb); }) : std::string();
 
     for (std::int64_t i = 1; i <= count; ++i) {
         Variant id = on.Resume([&] { return Rs("Personal ID"); });
@@ -103,7 +108,7 @@ void LvwAddPersons2(ui::ListView& Lvw, dao::Recordset& Rs, std::int32_t EmailCol
 
         if (emailWanted) {
             dao::Recordset rsEmail = on.Resume(
-                [&] { return emailDb.OpenRecordset(GetOwnerResourcesQuery(personalId, oPersonal_ID, RsEmail)); });
+                [&] { return emailDb.OpenRecordset(GetOwnerResourcesQuery(resourceColumns, personalId, oPersonal_ID, RsEmail)); });
             if (on.Resume([&] { return rsEmail.AbsolutePosition() != -1; }))
                 on.Do([&] { item.SetSubItems(EmailColumn, ValueConv::ToText(rsEmail("ResourceString"))); });
             if (EmailColumn > 1) on.Do([&] { item.SetSubItems(1, typeText); });

@@ -14,23 +14,25 @@ std::string QuoteSqlText(const std::string& text) {
     return quoted + "\"";
 }
 
-std::string TableColumnList(const std::string& Table, const std::string& DatabaseName) {
-    dao::Database db = DBEngine().OpenDatabase(DatabaseName, false, false, "Access");
+std::string TableColumnList(const std::string& Table, const dao::Database& db) {
     std::string list;
-    {
-        // The database closes however the reading ends.
-        struct Closer {
-            dao::Database& db;
-            ~Closer() { db.Close(); }
-        } closer{db};
-        dao::Fields fields = db.TableDefs().Item(Table).Fields();
-        int count = fields.Count();
-        for (int i = 0; i < count; ++i) {
-            if (i) list += ", ";
-            list += "[" + Table + "].[" + fields.Item(i).Name() + "]";
-        }
+    dao::Fields fields = db.TableDefs().Item(Table).Fields();
+    int count = fields.Count();
+    for (int i = 0; i < count; ++i) {
+        if (i) list += ", ";
+        list += "[" + Table + "].[" + fields.Item(i).Name() + "]";
     }
     return list + " ";
+}
+
+std::string TableColumnList(const std::string& Table, const std::string& DatabaseName) {
+    dao::Database db = DBEngine().OpenDatabase(DatabaseName, false, false, "Access");
+    // The database closes however the reading ends.
+    struct Closer {
+        dao::Database& db;
+        ~Closer() { db.Close(); }
+    } closer{db};
+    return TableColumnList(Table, db);
 }
 
 std::string GetAllPersonsQuery(bool InsArcPrj) {
@@ -63,8 +65,12 @@ std::string GetPrjPersonsQuery(const std::string& rProject, bool InsArcPrj, Addr
 }
 
 std::string GetOwnerResourcesQuery(std::int32_t Owner_ID, std::int32_t OwnerType, std::int32_t ResType) {
-    return "Select " + TableColumnList("Resources", DatabasePath()) +
-           ", ResourcesOwners.[Owner ID], ResourcesOwners.[OwnerType] " +
+    return GetOwnerResourcesQuery(TableColumnList("Resources", DatabasePath()), Owner_ID, OwnerType, ResType);
+}
+
+std::string GetOwnerResourcesQuery(const std::string& ResourceColumns, std::int32_t Owner_ID, std::int32_t OwnerType,
+                                   std::int32_t ResType) {
+    return "Select " + ResourceColumns + ", ResourcesOwners.[Owner ID], ResourcesOwners.[OwnerType] " +
            "From ResourcesOwners INNER JOIN [Resources] ON ResourcesOwners.[Resource ID] = [Resources].[Resource ID] " +
            " Where [Owner ID]=" + std::to_string(Owner_ID) + " and [OwnerType]=" + std::to_string(OwnerType) +
            " and [ResourceType]=" + std::to_string(ResType) + ";";

@@ -10,6 +10,7 @@
 #include <cstdint>
 #include <string>
 
+#include "platform/dao/database.h"
 #include "zelvo/enums.h"
 
 namespace zelvo {
@@ -35,10 +36,17 @@ std::string GetPrjPersonsQuery(const std::string& rProject, bool InsArcPrj, Addr
 // closes the book; the engine's errors (3024, 3265 …) are thrown.
 std::string TableColumnList(const std::string& Table, const std::string& DatabaseName);
 
+// The same list read through a book already open.
+std::string TableColumnList(const std::string& Table, const dao::Database& db);
+
 // The resources of kind `ResType` bound to the owner (`Owner_ID`,
 // `OwnerType`): all columns of Resources, then ResourcesOwners.[Owner ID]
 // and [OwnerType]. The column list comes from the book at DatabasePath().
 std::string GetOwnerResourcesQuery(std::int32_t Owner_ID, std::int32_t OwnerType, std::int32_t ResType);
+// The same text with the column list of Resources given: for a caller that
+// makes the query for many owners in one go and reads the list once.
+std::string GetOwnerResourcesQuery(const std::string& ResourceColumns, std::int32_t Owner_ID, std::int32_t OwnerType,
+                                   std::int32_t ResType);
 
 // A text between double quotes, a quote inside doubled.
 std::string QuoteSqlText(const std::string& text);
