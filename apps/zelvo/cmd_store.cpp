@@ -1,8 +1,6 @@
 // zelvo correct-db and zelvo compact: the upkeep of the book file.
 #include <sys/stat.h>
 
-#include <cstdlib>
-#include <filesystem>
 #include <iostream>
 
 #include "command.h"
@@ -48,29 +46,21 @@ constexpr std::string_view kCompactUsage =
     "Exit status: 0 compacted, 1 not compacted (no book, the book is open in\n"
     "another program, or a step failed; the reason is printed), 2 bad usage.\n";
 
-std::string DefaultAppPath() {
-    const char* data = std::getenv("XDG_DATA_HOME");
-    const char* home = std::getenv("HOME");
-    std::filesystem::path base = data && *data ? std::filesystem::path(data)
-                                               : std::filesystem::path(home ? home : ".") / ".local/share";
-    return (base / "zelvo").string();
-}
-
 // Reads [--app-path DIR]; returns false (after the usage message) on anything else.
 bool ParseAppPath(std::string_view command, std::span<const std::string> args, std::string& appPath, int& status) {
-    appPath = DefaultAppPath();
     for (size_t i = 0; i < args.size(); ++i) {
         if (args[i] == "--app-path") {
             if (i + 1 >= args.size()) {
                 status = UsageError(command, "--app-path needs a folder");
                 return false;
             }
-            appPath = args[++i];
+            Host().appPath = args[++i];
         } else {
             status = UsageError(command, "unexpected argument '" + args[i] + "'");
             return false;
         }
     }
+    appPath = HostAppPath();
     return true;
 }
 
