@@ -9,7 +9,8 @@
 //   d  FindFirst "[ResourceString]=… And [ResourceType]=2" on 200,000 resources
 //   e  100,000 executions of the per-person e-mail query, each with its id
 //
-// ZELVO_BENCH_ONLY=LETTERS runs only those.
+// ZELVO_BENCH_ONLY=LETTERS runs only those; ZELVO_BENCH_BOOK=FILE keeps the
+// book for the next run.
 #include <sqlite3.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
@@ -19,6 +20,7 @@
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
 #include <functional>
 #include <random>
 #include <string>
@@ -154,8 +156,12 @@ int main(int argc, char** argv) {
     bench::SyntheticBookShape shape;
     if (argc > 1) shape.persons = std::max(1000, std::atoi(argv[1]));
     const int persons = shape.persons;
-    std::string book = bench::BenchFolder() + "/bench.mdb";
-    double made = Seconds([&] { bench::CreateSyntheticBook(book, shape); });
+    // ZELVO_BENCH_BOOK=FILE keeps the generated book there and uses it again
+    // on the next run (for profiling one measurement alone).
+    const char* keep = std::getenv("ZELVO_BENCH_BOOK");
+    std::string book = keep ? keep : bench::BenchFolder() + "/bench.mdb";
+    double made = 0;
+    if (!keep || !std::filesystem::exists(book)) made = Seconds([&] { bench::CreateSyntheticBook(book, shape); });
     std::printf("book: %d persons, %d resources, %d project rows, %d jobs (made in %.1f s)\n", persons,
                 2 * persons, persons, persons, made);
 

@@ -57,7 +57,12 @@ double Variant::AsDouble() const {
     }
 }
 
-std::string Variant::AsText() const {
+std::string Variant::AsText() && {
+    if (kind() == Kind::Text) return std::move(std::get<std::string>(v_));
+    return static_cast<const Variant&>(*this).AsText();
+}
+
+std::string Variant::AsText() const& {
     switch (kind()) {
         case Kind::Null: return {};
         case Kind::Integer: return std::to_string(integer());

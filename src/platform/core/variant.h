@@ -55,7 +55,9 @@ public:
     double AsDouble() const;
     // Text of the value: numbers in plain decimal, True/False as "True" and
     // "False", bytes one byte to a character; Null gives "".
-    std::string AsText() const;
+    std::string AsText() const&;
+    // A temporary gives up its text rather than copying it: rs("Name").AsText().
+    std::string AsText() &&;
 
     // A short rendering for diagnostics and tests: Null, 42, 1.5, True, "x", <3 bytes>.
     std::string Debug() const;

@@ -144,8 +144,7 @@ void RecordsetImpl::Start() {
         if (p.cached) conn_->KeepLayout(tr_.get(), layout_);
     }
 
-    rows_.clear();
-    keyIndex_.clear();
+    ForgetRows();
     unplaced_.reset();
     reached_ = 0;
     if (FetchOne()) {
@@ -177,8 +176,13 @@ std::size_t RecordsetImpl::KeyHash(const std::vector<std::int64_t>& keys) {
     return h;
 }
 
+void RecordsetImpl::ForgetRows() {
+    rows_.clear();
+    keyIndex_.clear();
+    indexed_ = 0;
+}
+
 void RecordsetImpl::Keep(Row row) {
-    keyIndex_.emplace(KeyHash(row.keys), static_cast<std::int64_t>(rows_.size()));
     rows_.push_back(std::move(row));
 }
 
@@ -230,8 +234,37 @@ void RecordsetImpl::CheckOpen() const {
     if (!conn_) throw DaoError(kObjectInvalid);
 }
 
+namespace {
+
+bool SameAsciiNoCase(std::string_view a, std::string_view b) {
+    if (a.size() != b.size()) return false;
+    for (size_t i = 0; i < a.size(); ++i) {
+        unsigned char x = static_cast<unsigned char>(a[i]), y = static_cast<unsigned char>(b[i]);
+        if (x == y) continue;
+        unsigned char lower = x | 0x20;
+        if (lower != (y | 0x20) || lower < 'a' || lower > 'z') return false;
+    }
+    return true;
+}
+
+bool IsAscii(std::string_view s) {
+    for (char c : s)
+        if (static_cast<unsigned char>(c) & 0x80) return false;
+    return true;
+}
+
+}  // namespace
+
 int RecordsetImpl::FieldIndex(std::string_view name) const {
     CheckOpen();
+    // Fields are read by name in every loop of the book's code: a plain
+    // ASCII name is matched against the few field names directly, without
+    // folding it into a new string first.
+    if (IsAscii(name)) {
+        const auto& c = cols();
+        for (size_t i = 0; i < c.size(); ++i)
+            if (SameAsciiNoCase(c[i].name, name)) return static_cast<int>(i);
+    }
     auto it = layout_->byName.find(FoldName(name));
     if (it == layout_->byName.end()) throw DaoError(kItemNotFound);
     return it->second;
@@ -447,6 +480,10 @@ bool RecordsetImpl::MatchesAt(std::int64_t index, const std::string& criteriaSql
 }
 
 std::int64_t RecordsetImpl::IndexOf(const Row& row) const {
+    // The index by keys is brought up to the rows read only when asked: a
+    // plain walk never needs it.
+    for (; indexed_ < static_cast<std::int64_t>(rows_.size()); ++indexed_)
+        keyIndex_.emplace(KeyHash(rows_[static_cast<size_t>(indexed_)].keys), indexed_);
     std::int64_t found = -1;
     auto [from, to] = keyIndex_.equal_range(KeyHash(row.keys));
     for (auto it = from; it != to; ++it) {
@@ -586,8 +623,8 @@ void RecordsetImpl::Edit() {
     ProbeWriteLock();
     const Row& row = CurrentRow();  // reading on may have moved the storage
     (void)r;
-    buffer_ = row.values;
-    original_ = row.values;
+    buffer_.assign(row.values.begin(), row.values.end());
+    original_.assign(row.values.begin(), row.values.end());
     dirty_.assign(cols().size(), false);
     editMode_ = 1;
 }
@@ -693,7 +730,7 @@ void RecordsetImpl::Update() {
     // AddNew: a row in every table that got a value; at least in the first.
     Row added;
     added.added = true;
-    added.values = buffer_;
+    added.values.assign(buffer_.begin(), buffer_.end());
     added.keys.assign(layout_->keySources.size(), kNoKey);
     bool any = false;
     for (const auto& v : bySource) any = any || !v.empty();
@@ -770,8 +807,7 @@ void RecordsetImpl::Close() {
 
 void RecordsetImpl::CloseFromConnection() {
     live_.Release();
-    rows_.clear();
-    keyIndex_.clear();
+    ForgetRows();
     unplaced_.reset();
     if (conn_) conn_->Unregister(this);
     conn_.reset();

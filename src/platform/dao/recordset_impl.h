@@ -110,6 +110,7 @@ private:
     bool FetchOne();                    // read one more row; false at the end
     bool EnsureRow(std::int64_t index); // read up to `index`; false when there is no such row
     Row ReadRow(sqlite3_stmt* stmt, int keyOffset) const;
+    void ForgetRows();                  // drop every row read
     Variant ReadValue(sqlite3_stmt* stmt, int col, const Column& c) const;
     void CheckOpen() const;
     void DiscardEdit();
@@ -137,7 +138,8 @@ private:
     const std::vector<Column>& cols() const { return layout_->cols; }
 
     std::vector<Row> rows_;
-    std::unordered_multimap<std::size_t, std::int64_t> keyIndex_;  // key hash → index in rows_
+    mutable std::unordered_multimap<std::size_t, std::int64_t> keyIndex_;  // key hash → index in rows_
+    mutable std::int64_t indexed_ = 0;  // rows_ entered in keyIndex_ so far
     std::int64_t pos_ = -1;        // index into rows_, -1 before the first, rows_.size() after the last
     std::optional<Row> unplaced_;  // the current row when pos_ == kUnplaced
     bool bof_ = true;
