@@ -1,20 +1,11 @@
 #include "zelvo/dispatch.h"
 
 #include "personslist/persons_book.h"
-#include "platform/core/error.h"
+#include "support/error_number.h"
 #include "zelvo/addressbook.h"
 
 namespace zelvo::testing {
 namespace {
-
-int ErrorOf(const std::function<void()>& f) {
-    try {
-        f();
-    } catch (const Error& e) {
-        return e.number();
-    }
-    return 0;
-}
 
 TEST(CoerceTest, ValuesBecomeTheParametersTypeAsTheRuntimeConverts) {
     EXPECT_EQ(CoerceTo(Variant("12"), DispType::Long), Variant(std::int64_t{12}));
@@ -27,13 +18,13 @@ TEST(CoerceTest, ValuesBecomeTheParametersTypeAsTheRuntimeConverts) {
     EXPECT_EQ(CoerceTo(Variant("0"), DispType::Boolean), Variant(false));
     EXPECT_EQ(CoerceTo(Variant(std::int64_t{5}), DispType::String), Variant("5"));
     EXPECT_EQ(CoerceTo(Variant(true), DispType::String), Variant("True"));
-    EXPECT_EQ(ErrorOf([] { CoerceTo(Variant("x"), DispType::Long); }), 13);
-    EXPECT_EQ(ErrorOf([] { CoerceTo(Variant(""), DispType::Long); }), 13);
-    EXPECT_EQ(ErrorOf([] { CoerceTo(Variant("0x10"), DispType::Long); }), 13);
-    EXPECT_EQ(ErrorOf([] { CoerceTo(Variant("3000000000"), DispType::Long); }), 6);
-    EXPECT_EQ(ErrorOf([] { CoerceTo(Variant("40000"), DispType::Integer); }), 6);
-    EXPECT_EQ(ErrorOf([] { CoerceTo(Variant("yes"), DispType::Boolean); }), 13);
-    EXPECT_EQ(ErrorOf([] { CoerceTo(Variant(), DispType::String); }), 94);
+    EXPECT_EQ(ErrorNumberOf([] { CoerceTo(Variant("x"), DispType::Long); }), 13);
+    EXPECT_EQ(ErrorNumberOf([] { CoerceTo(Variant(""), DispType::Long); }), 13);
+    EXPECT_EQ(ErrorNumberOf([] { CoerceTo(Variant("0x10"), DispType::Long); }), 13);
+    EXPECT_EQ(ErrorNumberOf([] { CoerceTo(Variant("3000000000"), DispType::Long); }), 6);
+    EXPECT_EQ(ErrorNumberOf([] { CoerceTo(Variant("40000"), DispType::Integer); }), 6);
+    EXPECT_EQ(ErrorNumberOf([] { CoerceTo(Variant("yes"), DispType::Boolean); }), 13);
+    EXPECT_EQ(ErrorNumberOf([] { CoerceTo(Variant(), DispType::String); }), 94);
 }
 
 TEST(DispatchTest, PropertiesAreReachedByNameWithoutRegardToCase) {
@@ -50,27 +41,27 @@ TEST(DispatchTest, PropertiesAreReachedByNameWithoutRegardToCase) {
     EXPECT_EQ(book.tagOffset, 7);
     std::vector<DispArg> none;
     EXPECT_EQ(Invoke(book, "tagOffset", none), Variant(std::int64_t{7}));
-    EXPECT_EQ(ErrorOf([&] { SetProperty(book, "Flags", Variant("many")); }), 13);
+    EXPECT_EQ(ErrorNumberOf([&] { SetProperty(book, "Flags", Variant("many")); }), 13);
     EXPECT_EQ(book.Flags, 1);
-    EXPECT_EQ(ErrorOf([&] { SetProperty(book, "Navigate", Variant("x")); }), 438);
-    EXPECT_EQ(ErrorOf([&] { GetProperty(book, "Nope"); }), 438);
+    EXPECT_EQ(ErrorNumberOf([&] { SetProperty(book, "Navigate", Variant("x")); }), 438);
+    EXPECT_EQ(ErrorNumberOf([&] { GetProperty(book, "Nope"); }), 438);
 }
 
 TEST(DispatchTest, WrongCallsGetTheRuntimesNumbers) {
     cAddressbook book;
     ui::ListView list;
     std::vector<DispArg> none;
-    EXPECT_EQ(ErrorOf([&] { Invoke(book, "NoSuchMember", none); }), 438);
-    EXPECT_EQ(ErrorOf([&] { Invoke(book, "CorrectDB", none); }), 449);
+    EXPECT_EQ(ErrorNumberOf([&] { Invoke(book, "NoSuchMember", none); }), 438);
+    EXPECT_EQ(ErrorNumberOf([&] { Invoke(book, "CorrectDB", none); }), 449);
     std::vector<DispArg> two{Variant(""), Variant("")};
-    EXPECT_EQ(ErrorOf([&] { Invoke(book, "CorrectDB", two); }), 450);
+    EXPECT_EQ(ErrorNumberOf([&] { Invoke(book, "CorrectDB", two); }), 450);
     std::vector<DispArg> valueForList{Variant("list"), Variant("data")};
-    EXPECT_EQ(ErrorOf([&] { Invoke(book, "Navigate", valueForList); }), 424);
+    EXPECT_EQ(ErrorNumberOf([&] { Invoke(book, "Navigate", valueForList); }), 424);
     std::vector<DispArg> missingData{&list};
-    EXPECT_EQ(ErrorOf([&] { Invoke(book, "Navigate", missingData); }), 449);
+    EXPECT_EQ(ErrorNumberOf([&] { Invoke(book, "Navigate", missingData); }), 449);
     ui::DataControl data;
     std::vector<DispArg> swapped{&data, &list};
-    EXPECT_EQ(ErrorOf([&] { Invoke(book, "Navigate", swapped); }), 13);
+    EXPECT_EQ(ErrorNumberOf([&] { Invoke(book, "Navigate", swapped); }), 13);
 }
 
 class DispatchBookTest : public PersonsBookTest {};

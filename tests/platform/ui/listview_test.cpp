@@ -2,19 +2,12 @@
 
 #include <gtest/gtest.h>
 
-#include "platform/core/error.h"
+#include "support/error_number.h"
 
 namespace zelvo::ui {
 namespace {
 
-int ErrorOf(const std::function<void()>& f) {
-    try {
-        f();
-    } catch (const Error& e) {
-        return e.number();
-    }
-    return 0;
-}
+using testing::ErrorNumberOf;
 
 std::string Texts(const ListView& lv) {
     std::string s;
@@ -26,11 +19,11 @@ TEST(ListViewTest, SubItemsExistOnlyForColumnsBeyondTheFirst) {
     ListView one;
     one.ColumnHeaders().Add("Name");
     ListItem& a = one.ListItems().Add();
-    EXPECT_EQ(ErrorOf([&] { a.SetSubItems(1, "x"); }), kIndexOutOfBounds);
+    EXPECT_EQ(ErrorNumberOf([&] { a.SetSubItems(1, "x"); }), kIndexOutOfBounds);
 
     ListView none;
     ListItem& b = none.ListItems().Add();
-    EXPECT_EQ(ErrorOf([&] { b.SetSubItems(1, "x"); }), kIndexOutOfBounds);
+    EXPECT_EQ(ErrorNumberOf([&] { b.SetSubItems(1, "x"); }), kIndexOutOfBounds);
 
     ListView three;
     for (const char* h : {"Name", "Type", "E-mail"}) three.ColumnHeaders().Add(h);
@@ -38,8 +31,8 @@ TEST(ListViewTest, SubItemsExistOnlyForColumnsBeyondTheFirst) {
     c.SetSubItems(2, "mail@example.org");
     EXPECT_EQ(c.SubItems(1), "");  // never set reads as empty
     EXPECT_EQ(c.SubItems(2), "mail@example.org");
-    EXPECT_EQ(ErrorOf([&] { c.SetSubItems(3, "x"); }), kIndexOutOfBounds);
-    EXPECT_EQ(ErrorOf([&] { (void)c.SubItems(0); }), kIndexOutOfBounds);
+    EXPECT_EQ(ErrorNumberOf([&] { c.SetSubItems(3, "x"); }), kIndexOutOfBounds);
+    EXPECT_EQ(ErrorNumberOf([&] { (void)c.SubItems(0); }), kIndexOutOfBounds);
 }
 
 TEST(ListViewTest, RowsCountFromOneAndInsertBeforeAnIndex) {
@@ -50,10 +43,10 @@ TEST(ListViewTest, RowsCountFromOneAndInsertBeforeAnIndex) {
     EXPECT_EQ(Texts(lv), "a,b,c");
     EXPECT_EQ(lv.ListItems().Item(3).Index(), 3);
     EXPECT_EQ(lv.ListItems().Item("k").Text(), "a");
-    EXPECT_EQ(ErrorOf([&] { lv.ListItems().Item(0); }), kIndexOutOfBounds);
-    EXPECT_EQ(ErrorOf([&] { lv.ListItems().Item(4); }), kIndexOutOfBounds);
-    EXPECT_EQ(ErrorOf([&] { lv.ListItems().Add(2, "k"); }), kKeyNotUnique);
-    EXPECT_EQ(ErrorOf([&] { lv.ListItems().Item("nope"); }), kElementNotFound);
+    EXPECT_EQ(ErrorNumberOf([&] { lv.ListItems().Item(0); }), kIndexOutOfBounds);
+    EXPECT_EQ(ErrorNumberOf([&] { lv.ListItems().Item(4); }), kIndexOutOfBounds);
+    EXPECT_EQ(ErrorNumberOf([&] { lv.ListItems().Add(2, "k"); }), kKeyNotUnique);
+    EXPECT_EQ(ErrorNumberOf([&] { lv.ListItems().Item("nope"); }), kElementNotFound);
     lv.ListItems().Remove(2);
     EXPECT_EQ(Texts(lv), "a,c");
     lv.ListItems().Clear();
@@ -112,9 +105,9 @@ TEST(ListViewTest, ImagesAreFoundByKeyAndKeysAreUnique) {
     EXPECT_EQ(list.Count(), 2);
     EXPECT_EQ(list.Item("ID_7").Picture->Width, 3);
     EXPECT_EQ(list.Item(1).Key, "User");
-    EXPECT_EQ(ErrorOf([&] { list.Add("User", nullptr); }), kKeyNotUnique);
-    EXPECT_EQ(ErrorOf([&] { list.Item("ID_8"); }), kElementNotFound);
-    EXPECT_EQ(ErrorOf([&] { list.Remove(3); }), kIndexOutOfBounds);
+    EXPECT_EQ(ErrorNumberOf([&] { list.Add("User", nullptr); }), kKeyNotUnique);
+    EXPECT_EQ(ErrorNumberOf([&] { list.Item("ID_8"); }), kElementNotFound);
+    EXPECT_EQ(ErrorNumberOf([&] { list.Remove(3); }), kIndexOutOfBounds);
     list.Remove("User");
     EXPECT_EQ(list.Item(1).Key, "ID_7");
     EXPECT_FALSE(list.Exists("User"));
