@@ -170,12 +170,6 @@ bool RecordsetImpl::FetchOne() {
     return true;
 }
 
-std::size_t RecordsetImpl::KeyHash(const std::vector<std::int64_t>& keys) {
-    std::size_t h = 0;
-    for (std::int64_t k : keys) h = h * 1000003u ^ std::hash<std::int64_t>()(k);
-    return h;
-}
-
 void RecordsetImpl::ForgetRows() {
     rows_.clear();
     keyIndex_.clear();
@@ -186,11 +180,65 @@ void RecordsetImpl::Keep(Row row) {
     rows_.push_back(std::move(row));
 }
 
+namespace {
+
+// Reads column `col` of the current result row as the field `c` is typed and
+// hands it to `out` (a PackedValues::Builder, or VariantSink for one value).
+template <class Sink>
+void DecodeColumn(sqlite3_stmt* st, int col, const RecordsetColumn& c, Sink& out) {
+    int type = sqlite3_column_type(st, col);
+    if (type == SQLITE_NULL) return out.Null();
+    auto text = [&] {
+        const unsigned char* p = sqlite3_column_text(st, col);
+        out.Text(std::string_view(reinterpret_cast<const char*>(p), static_cast<size_t>(sqlite3_column_bytes(st, col))));
+    };
+    auto blob = [&] {
+        const auto* p = static_cast<const std::uint8_t*>(sqlite3_column_blob(st, col));
+        out.Bytes(p, static_cast<size_t>(sqlite3_column_bytes(st, col)));
+    };
+    if (c.known) {
+        switch (c.props.type) {
+            case dbBoolean: return out.Boolean(sqlite3_column_int64(st, col) != 0);
+            case dbByte: case dbInteger: case dbLong:
+                if (type == SQLITE_INTEGER) return out.Integer(sqlite3_column_int64(st, col));
+                return out.Integer(std::llround(sqlite3_column_double(st, col)));
+            case dbText: case dbMemo: return text();
+            case dbLongBinary: return blob();
+            default: return out.Double(sqlite3_column_double(st, col));
+        }
+    }
+    switch (type) {
+        case SQLITE_INTEGER: return out.Integer(sqlite3_column_int64(st, col));
+        case SQLITE_FLOAT: return out.Double(sqlite3_column_double(st, col));
+        case SQLITE_BLOB: return blob();
+        default: return text();
+    }
+}
+
+struct VariantSink {
+    Variant value;
+    void Null() { value = Variant(); }
+    void Integer(std::int64_t v) { value = Variant(v); }
+    void Double(double v) { value = Variant(v); }
+    void Boolean(bool v) { value = Variant(v); }
+    void Text(std::string_view v) { value = Variant(std::string(v)); }
+    void Bytes(const std::uint8_t* p, size_t n) { value = Variant(zelvo::Bytes(p, p + n)); }
+};
+
+}  // namespace
+
 RecordsetImpl::Row RecordsetImpl::ReadRow(sqlite3_stmt* st, int keyOffset) const {
+    const int n = static_cast<int>(cols().size());
+    size_t payload = 0;
+    for (int i = 0; i < n; ++i) {
+        // Asking a number for its length in bytes would turn it into text.
+        int type = sqlite3_column_type(st, i);
+        payload += (type == SQLITE_TEXT || type == SQLITE_BLOB) ? static_cast<size_t>(sqlite3_column_bytes(st, i)) + 4 : 8;
+    }
+    PackedValues::Builder values(static_cast<size_t>(n), payload);
+    for (int i = 0; i < n; ++i) DecodeColumn(st, i, cols()[static_cast<size_t>(i)], values);
     Row r;
-    r.values.reserve(cols().size());
-    for (int i = 0; i < static_cast<int>(cols().size()); ++i) r.values.push_back(ReadValue(st, i, cols()[static_cast<size_t>(i)]));
-    r.keys.reserve(layout_->keySources.size());
+    r.values = values.Finish();
     for (size_t k = 0; k < layout_->keySources.size(); ++k) {
         int col = keyOffset + static_cast<int>(k);
         r.keys.push_back(sqlite3_column_type(st, col) == SQLITE_NULL ? kNoKey : sqlite3_column_int64(st, col));
@@ -198,34 +246,11 @@ RecordsetImpl::Row RecordsetImpl::ReadRow(sqlite3_stmt* st, int keyOffset) const
     return r;
 }
 
+
 Variant RecordsetImpl::ReadValue(sqlite3_stmt* st, int col, const Column& c) const {
-    int type = sqlite3_column_type(st, col);
-    if (type == SQLITE_NULL) return Variant();
-    auto text = [&] {
-        const unsigned char* p = sqlite3_column_text(st, col);
-        return std::string(reinterpret_cast<const char*>(p), static_cast<size_t>(sqlite3_column_bytes(st, col)));
-    };
-    auto blob = [&] {
-        const auto* p = static_cast<const std::uint8_t*>(sqlite3_column_blob(st, col));
-        return Bytes(p, p + sqlite3_column_bytes(st, col));
-    };
-    if (c.known) {
-        switch (c.props.type) {
-            case dbBoolean: return Variant(sqlite3_column_int64(st, col) != 0);
-            case dbByte: case dbInteger: case dbLong:
-                if (type == SQLITE_INTEGER) return Variant(static_cast<std::int64_t>(sqlite3_column_int64(st, col)));
-                return Variant(static_cast<std::int64_t>(std::llround(sqlite3_column_double(st, col))));
-            case dbText: case dbMemo: return Variant(text());
-            case dbLongBinary: return Variant(blob());
-            default: return Variant(sqlite3_column_double(st, col));
-        }
-    }
-    switch (type) {
-        case SQLITE_INTEGER: return Variant(static_cast<std::int64_t>(sqlite3_column_int64(st, col)));
-        case SQLITE_FLOAT: return Variant(sqlite3_column_double(st, col));
-        case SQLITE_BLOB: return Variant(blob());
-        default: return Variant(text());
-    }
+    VariantSink sink;
+    DecodeColumn(st, col, c, sink);
+    return std::move(sink.value);
 }
 
 // ------------------------------------------------------------ fields
@@ -281,7 +306,7 @@ const RecordsetImpl::Row& RecordsetImpl::CurrentRow() {
 Variant RecordsetImpl::Value(int i) {
     CheckOpen();
     if (editMode_ != 0) return buffer_[static_cast<size_t>(i)];
-    return CurrentRow().values[static_cast<size_t>(i)];
+    return CurrentRow().values.Get(static_cast<size_t>(i));
 }
 
 Variant RecordsetImpl::Coerce(const Column& c, const Variant& v) const {
@@ -474,7 +499,7 @@ bool RecordsetImpl::MatchesAt(std::int64_t index, const std::string& criteriaSql
     if (cols().empty()) sql += "1";
     sql += ") WHERE " + ShiftParameters(criteriaSql, static_cast<int>(cols().size()));
     StatementLease s = conn_->PrepareRaw(sql);
-    for (size_t i = 0; i < cols().size(); ++i) Connection::Bind(s.get(), static_cast<int>(i + 1), r.values[i]);
+    for (size_t i = 0; i < cols().size(); ++i) Connection::Bind(s.get(), static_cast<int>(i + 1), r.values.Get(i));
     conn_->BindLiterals(s.get(), literals, static_cast<int>(cols().size()));
     return conn_->Step(s.get());
 }
@@ -483,9 +508,9 @@ std::int64_t RecordsetImpl::IndexOf(const Row& row) const {
     // The index by keys is brought up to the rows read only when asked: a
     // plain walk never needs it.
     for (; indexed_ < static_cast<std::int64_t>(rows_.size()); ++indexed_)
-        keyIndex_.emplace(KeyHash(rows_[static_cast<size_t>(indexed_)].keys), indexed_);
+        keyIndex_.emplace(rows_[static_cast<size_t>(indexed_)].keys.Hash(), indexed_);
     std::int64_t found = -1;
-    auto [from, to] = keyIndex_.equal_range(KeyHash(row.keys));
+    auto [from, to] = keyIndex_.equal_range(row.keys.Hash());
     for (auto it = from; it != to; ++it) {
         const Row& r = rows_[static_cast<size_t>(it->second)];
         if (!r.deleted && r.keys == row.keys && (found < 0 || it->second < found)) found = it->second;
@@ -623,8 +648,8 @@ void RecordsetImpl::Edit() {
     ProbeWriteLock();
     const Row& row = CurrentRow();  // reading on may have moved the storage
     (void)r;
-    buffer_.assign(row.values.begin(), row.values.end());
-    original_.assign(row.values.begin(), row.values.end());
+    buffer_ = row.values.Unpack();
+    original_ = buffer_;
     dirty_.assign(cols().size(), false);
     editMode_ = 1;
 }
@@ -721,8 +746,10 @@ void RecordsetImpl::Update() {
             sqlite3_bind_int64(u.get(), static_cast<int>(colsOfSource.size() + 1), key);
             conn_->Step(u.get(), table);
         }
+        std::vector<Variant> values = row.values.Unpack();
         for (size_t i = 0; i < cols().size(); ++i)
-            if (dirty_[i]) row.values[i] = buffer_[i];
+            if (dirty_[i]) values[i] = buffer_[i];
+        row.values = PackedValues::Of(values);
         DiscardEdit();
         return;
     }
@@ -730,7 +757,7 @@ void RecordsetImpl::Update() {
     // AddNew: a row in every table that got a value; at least in the first.
     Row added;
     added.added = true;
-    added.values.assign(buffer_.begin(), buffer_.end());
+    added.values = PackedValues::Of(buffer_);
     added.keys.assign(layout_->keySources.size(), kNoKey);
     bool any = false;
     for (const auto& v : bySource) any = any || !v.empty();

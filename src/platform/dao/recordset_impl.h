@@ -13,6 +13,7 @@
 #pragma once
 
 #include <cstdint>
+#include <deque>
 #include <memory>
 #include <optional>
 #include <string>
@@ -22,6 +23,7 @@
 
 #include "platform/core/variant.h"
 #include "platform/dao/connection.h"
+#include "platform/dao/row_storage.h"
 
 namespace zelvo::dao::detail {
 
@@ -96,8 +98,8 @@ private:
 
     using Column = RecordsetColumn;
     struct Row {
-        std::vector<Variant> values;
-        std::vector<std::int64_t> keys;  // per table source; kNoKey when the row has none
+        PackedValues values;
+        RowKeys keys;  // per table source; kNoKey when the row has none
         bool deleted = false;
         bool added = false;  // by AddNew through this set: it stands last until Requery
     };
@@ -123,7 +125,6 @@ private:
     bool MatchesAt(std::int64_t index, const std::string& criteriaSql, const std::vector<Variant>& literals);
     std::int64_t IndexOf(const Row& row) const;  // the live row with row's keys, or -1
     void Keep(Row row);                          // append to rows_, indexed by its keys
-    static std::size_t KeyHash(const std::vector<std::int64_t>& keys);
     void ProbeWriteLock();
 
     std::shared_ptr<Connection> conn_;
@@ -137,7 +138,9 @@ private:
     std::shared_ptr<const RecordsetLayout> layout_;
     const std::vector<Column>& cols() const { return layout_->cols; }
 
-    std::vector<Row> rows_;
+    // A deque: growing it never moves the rows read so far (a vector would
+    // copy a hundred thousand of them a few times over while a set is read).
+    std::deque<Row> rows_;
     mutable std::unordered_multimap<std::size_t, std::int64_t> keyIndex_;  // key hash → index in rows_
     mutable std::int64_t indexed_ = 0;  // rows_ entered in keyIndex_ so far
     std::int64_t pos_ = -1;        // index into rows_, -1 before the first, rows_.size() after the last

@@ -1,0 +1,74 @@
+// How a record set keeps the rows it has read. A set walked from its last
+// row to its first holds every row at once, so a row is stored in one
+// allocation: its values packed into a byte string, its table keys inline.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/core/variant.h"
+
+namespace zelvo::dao::detail {
+
+// The values of one row, packed: for each value a kind byte, then 8 bytes
+// for a number, 1 for a Boolean, or a 4-byte length and the bytes of a text
+// or binary value. An offset table in front finds value i at once.
+class PackedValues {
+public:
+    // Builds a row value by value; `count` values must follow.
+    class Builder {
+    public:
+        explicit Builder(std::size_t count, std::size_t payloadHint = 0);
+        void Null();
+        void Integer(std::int64_t v);
+        void Double(double v);
+        void Boolean(bool v);
+        void Text(std::string_view v);
+        void Bytes(const std::uint8_t* data, std::size_t size);
+        void Add(const Variant& v);
+        PackedValues Finish();
+
+    private:
+        void Begin(char kind);
+        std::string data_;
+        std::size_t count_;
+        std::size_t next_ = 0;
+    };
+
+    PackedValues() = default;
+    static PackedValues Of(const std::vector<Variant>& values);
+
+    std::size_t size() const { return count_; }
+    Variant Get(std::size_t i) const;
+    std::vector<Variant> Unpack() const;
+
+private:
+    std::string data_;  // offsets (uint32 each), then the values
+    std::size_t count_ = 0;
+};
+
+// The rowids of the tables a row came from, one per keyed source; most
+// record sets have one or two, which live inside the row itself.
+class RowKeys {
+public:
+    RowKeys() = default;
+    RowKeys(std::size_t count, std::int64_t value) { assign(count, value); }
+    void assign(std::size_t count, std::int64_t value);
+    void push_back(std::int64_t value);
+    std::size_t size() const { return size_; }
+    std::int64_t& operator[](std::size_t i) { return size_ <= kInline ? inline_[i] : heap_[i]; }
+    std::int64_t operator[](std::size_t i) const { return size_ <= kInline ? inline_[i] : heap_[i]; }
+    bool operator==(const RowKeys& other) const;
+    std::size_t Hash() const;
+
+private:
+    static constexpr std::size_t kInline = 3;
+    std::size_t size_ = 0;
+    std::int64_t inline_[kInline] = {};
+    std::vector<std::int64_t> heap_;  // all keys, when there are more than kInline
+};
+
+}  // namespace zelvo::dao::detail
