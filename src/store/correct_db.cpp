@@ -43,6 +43,7 @@
 
 #include "platform/core/error.h"
 #include "platform/core/value_conv.h"
+#include "platform/dao/connection.h"
 #include "platform/dao/dao_error.h"
 #include "platform/dao/dbengine.h"
 #include "platform/shell/file_system.h"
@@ -195,10 +196,16 @@ void CorrectProjects(const OnErrorResumeNext& er, const dao::Database& db, dao::
     AddField(td, "Project", dbText, 255);
     AddField(td, "InsArcPrj", dbBoolean);
     // Every row's OwnerType becomes its own ToLong, so an old row (Null)
-    // becomes a person's row. Only a Null changes by that; the other rows
-    // are left unread, which keeps this cheap on a large book.
+    // becomes a person's row. Only a Null changes by that, so only those
+    // rows are read. This runs each time a card opens: on a large book the
+    // engine's lookup index on the column (which the project queries use as
+    // well) makes finding none a lookup instead of a read of the table. The
+    // query names the one column so that the index alone answers it.
+    if (db.IsOpen()) er.Do([&] { db.connection()->EnsureLookupIndex("Projects", "OwnerType"); });
     dao::Recordset rs;
-    if (er.Do([&] { rs = db.OpenRecordset("Select * From Projects Where [OwnerType] Is Null", dao::dbOpenDynaset); })) {
+    if (er.Do([&] {
+            rs = db.OpenRecordset("Select [OwnerType] From Projects Where [OwnerType] Is Null", dao::dbOpenDynaset);
+        })) {
         WalkBackward(er, rs, [&] {
             er.Do([&] {
                 rs.Edit();
