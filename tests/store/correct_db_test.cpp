@@ -219,33 +219,25 @@ TEST_F(CorrectDbTest, EarlierBookBesideNoBookIsCopiedConvertedAndLeftInPlace) {
 }
 
 TEST_F(CorrectDbTest, SourcesAreTriedInOrder) {
+    // The name of person 1 in the book that a run of CorrectDB made.
+    auto madeFrom = [&] {
+        std::string path;
+        CorrectDB(path);
+        Database db = Engine().OpenDatabase(book());
+        std::string name = RowsText(db, "Select FullName From PersonalData Where [Personal ID]=1");
+        db.Close();
+        shell::SetAttributes(book(), 0);
+        std::filesystem::remove(book());
+        return name;
+    };
     // The book's old place comes before "AddressBook.mdb", which comes
     // before that one's old place.
-    CreateEarliestBook(InProgram("AddressBook.mdb"), "from old place of old name");
-    {
-        std::string path;
-        CorrectDB(path);
-        Database db = Engine().OpenDatabase(book());
-        EXPECT_EQ(RowsText(db, "Select FullName From PersonalData Where [Personal ID]=1"),
-                  "from old place of old name");
-    }
-    shell::SetAttributes(book(), 0);
-    std::filesystem::remove(book());
-    CreateEarliestBook(InApp("AddressBook.mdb"), "from old name");
-    {
-        std::string path;
-        CorrectDB(path);
-        Database db = Engine().OpenDatabase(book());
-        EXPECT_EQ(RowsText(db, "Select FullName From PersonalData Where [Personal ID]=1"), "from old name");
-    }
-    std::filesystem::remove(book());
-    CreateEarliestBook(InProgram("AddressBookW.mdb"), "from old place");
-    {
-        std::string path;
-        CorrectDB(path);
-        Database db = Engine().OpenDatabase(book());
-        EXPECT_EQ(RowsText(db, "Select FullName From PersonalData Where [Personal ID]=1"), "from old place");
-    }
+    CreateEarliestBook(InProgram("AddressBook.mdb"), "old place of old name");
+    EXPECT_EQ(madeFrom(), "old place of old name");
+    CreateEarliestBook(InApp("AddressBook.mdb"), "old name");
+    EXPECT_EQ(madeFrom(), "old name");
+    CreateEarliestBook(InProgram("AddressBookW.mdb"), "old place");
+    EXPECT_EQ(madeFrom(), "old place");
 }
 
 TEST_F(CorrectDbTest, ProgramFolderAsDataFolderIsNoSourceOfItself) {

@@ -1,0 +1,66 @@
+// zelvo correct-db and zelvo compact, run as a person runs them.
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <string>
+
+#include "platform/shell/file_system.h"
+#include "support/temp_dir.h"
+
+namespace zelvo::testing {
+namespace {
+
+struct Result {
+    int status;
+    std::string out;
+};
+
+Result Zelvo(const std::string& args) {
+    std::string command = std::string(ZELVO_BIN_DIR) + "/zelvo " + args + " 2>&1";
+    FILE* p = popen(command.c_str(), "r");
+    Result r{-1, {}};
+    if (!p) return r;
+    char buf[4096];
+    size_t n;
+    while ((n = fread(buf, 1, sizeof buf, p)) > 0) r.out.append(buf, n);
+    int status = pclose(p);
+    r.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    return r;
+}
+
+TEST(StoreCommands, CorrectDbMakesABookThatSqlCanList) {
+    TempDir dir;
+    std::string app = dir.path().string();
+    Result made = Zelvo("correct-db --app-path " + app);
+    ASSERT_EQ(made.status, 0) << made.out;
+    Result tables = Zelvo("sql --db " + app + "/AddressBookW.mdb --tables");
+    ASSERT_EQ(tables.status, 0) << tables.out;
+    for (const char* t : {"PersonalData", "Organizations", "ResourcesOwners", "PhoneTypes", "OrgPrj", "PersPrj"})
+        EXPECT_NE(tables.out.find(t), std::string::npos) << t << "\n" << tables.out;
+}
+
+TEST(StoreCommands, CompactShowsItsStepsAndKeepsABackup) {
+    TempDir dir;
+    std::string app = dir.path().string();
+    Result none = Zelvo("compact --app-path " + app);
+    EXPECT_EQ(none.status, 1);
+    EXPECT_NE(none.out.find("there is no book"), std::string::npos) << none.out;
+
+    ASSERT_EQ(Zelvo("correct-db --app-path " + app).status, 0);
+    Result done = Zelvo("compact --app-path " + app);
+    EXPECT_EQ(done.status, 0) << done.out;
+    EXPECT_NE(done.out.find("Creating a database backup ...\nPreparations for the compression of the base ...\n"
+                            "Compression base ...\nRemoving old copies ...\nMoving the base ...\n"),
+              std::string::npos)
+        << done.out;
+    EXPECT_TRUE(shell::FileExists(app + "/~AddressBookW.mdb"));
+}
+
+TEST(StoreCommands, BadUsageSaysWhy) {
+    Result r = Zelvo("compact --bogus");
+    EXPECT_EQ(r.status, 2);
+    EXPECT_NE(r.out.find("unexpected argument '--bogus'"), std::string::npos) << r.out;
+}
+
+}  // namespace
+}  // namespace zelvo::testing
