@@ -16,15 +16,33 @@ PersonPhotoLoader& PhotoLoader() {
     return loader;
 }
 
-std::string RowText(const dao::Recordset& Rs, const OnErrorResumeNext& on) {
-    auto text = [&](const char* field) { return ValueConv::ToText(on.Resume([&] { return Rs(field); })); };
-    std::string firstName = text("FirstName");
-    std::string middleName = text("MiddleName");
-    std::string surname = text("Surname");
-    std::string fullName = text("FullName");
-    if (!fullName.empty()) return fullName;
-    return firstName + " " + middleName + " " + surname;
-}
+// The five columns the fill reads, found once by name; a column the record
+// set lacks stays an empty Field, whose reads fail and so read as Null.
+struct PersonColumns {
+    dao::Field id, firstName, middleName, surname, fullName;
+
+    PersonColumns(const dao::Recordset& Rs, const OnErrorResumeNext& on) {
+        auto find = [&](const char* name) { return on.Resume([&] { return Rs.Fields().Item(name); }); };
+        id = find("Personal ID");
+        firstName = find("FirstName");
+        middleName = find("MiddleName");
+        surname = find("Surname");
+        fullName = find("FullName");
+    }
+
+    static Variant Read(const dao::Field& f, const OnErrorResumeNext& on) {
+        return on.Resume([&] { return f.Value(); });
+    }
+
+    std::string Text(const OnErrorResumeNext& on) const {
+        std::string first = ValueConv::ToText(Read(firstName, on));
+        std::string middle = ValueConv::ToText(Read(middleName, on));
+        std::string sur = ValueConv::ToText(Read(surname, on));
+        std::string full = ValueConv::ToText(Read(fullName, on));
+        if (!full.empty()) return full;
+        return first + " " + middle + " " + sur;
+    }
+};
 
 }  // namespace
 
@@ -82,12 +100,13 @@ void LvwAddPersons2(ui::ListView& Lvw, dao::Recordset& Rs, std::int32_t EmailCol
     const std::string resourceColumns =
         emailWanted ? on.Resume([&] { return TableColumnList("Resources", emailDb); }) : std::string();
 
+    const PersonColumns columns(Rs, on);
     for (std::int64_t i = 1; i <= count; ++i) {
-        Variant id = on.Resume([&] { return Rs("Personal ID"); });
+        Variant id = PersonColumns::Read(columns.id, on);
         ui::ListItem& item = Lvw.ListItems().Add();
         std::int32_t personalId = ValueConv::ToLong(id);
         item.SetTag(Variant(std::int64_t{personalId}));
-        std::string text = RowText(Rs, on);
+        std::string text = columns.Text(on);
 
         Variant largeIcon = Icon;
         if (photoMode && loader) {
