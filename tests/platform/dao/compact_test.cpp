@@ -18,11 +18,6 @@ using dao::Engine;
 using dao::Recordset;
 namespace fs = std::filesystem;
 
-std::string ReadAll(const std::string& path) {
-    std::ifstream in(path, std::ios::binary);
-    return std::string(std::istreambuf_iterator<char>(in), {});
-}
-
 class Compact : public ::testing::Test {
 protected:
     void SetUp() override {

@@ -5,7 +5,9 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <fstream>
 #include <functional>
+#include <iterator>
 #include <memory>
 #include <stdexcept>
 #include <string>
@@ -34,6 +36,21 @@ inline std::string Describe(const std::function<void()>& f) {
         return std::to_string(e.number()) + " " + e.description();
     }
     return "no error";
+}
+
+// The bytes of a file.
+inline std::string ReadAll(const std::string& path) {
+    std::ifstream in(path, std::ios::binary);
+    return std::string(std::istreambuf_iterator<char>(in), {});
+}
+
+// The names of the fields of a record set or a table definition: "a,b,c".
+template <class T>
+std::string FieldNames(const T& fieldsOwner) {
+    std::string out;
+    for (int i = 0; i < fieldsOwner.Fields().Count(); ++i)
+        out += (i ? "," : "") + fieldsOwner.Fields().Item(i).Name();
+    return out;
 }
 
 // The cursor of a record set as a short text: "pos=1 bof=0 eof=0".

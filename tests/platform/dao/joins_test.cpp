@@ -13,12 +13,6 @@ namespace {
 using dao::Database;
 using dao::Recordset;
 
-std::string Names(const Recordset& rs) {
-    std::string out;
-    for (int i = 0; i < rs.Fields().Count(); ++i) out += (i ? "," : "") + rs.Fields().Item(i).Name();
-    return out;
-}
-
 class Joins : public ::testing::Test {
 protected:
     void SetUp() override {
@@ -33,7 +27,7 @@ protected:
 TEST_F(Joins, FieldsAreQualifiedOnlyWhereTheBareNameIsAmbiguous) {
     Recordset rs = db.OpenRecordset(
         "Select * From PersonalData, Employees Where PersonalData.[Personal ID]=Employees.[Personal ID]");
-    EXPECT_EQ(Names(rs), "FirstName,MiddleName,SurName,FullName,PersonalData.Comments,PersonalData.Personal ID,"
+    EXPECT_EQ(FieldNames(rs), "FirstName,MiddleName,SurName,FullName,PersonalData.Comments,PersonalData.Personal ID,"
                          "Job ID,Employees.Personal ID,Room ID,Employees.Comments,Employee ID");
     EXPECT_EQ(rs("personaldata.comments").AsText(), "person");
     EXPECT_EQ(rs("Employees.Comments").AsText(), "emp");
@@ -44,7 +38,7 @@ TEST_F(Joins, FieldsAreQualifiedOnlyWhereTheBareNameIsAmbiguous) {
     Recordset named = db.OpenRecordset(
         "Select PersonalData.[Personal ID] As [Personal ID], PersonalData.Comments, Employees.[Job ID] From "
         "PersonalData Inner Join Employees On PersonalData.[Personal ID]=Employees.[Personal ID]");
-    EXPECT_EQ(Names(named), "Personal ID,Comments,Job ID");
+    EXPECT_EQ(FieldNames(named), "Personal ID,Comments,Job ID");
     EXPECT_EQ(named("Personal ID"), Variant(2));
     EXPECT_EQ(named("Comments").AsText(), "person");
 }

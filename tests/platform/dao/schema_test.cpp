@@ -25,12 +25,6 @@ std::string Props(const Field& f) {
            f.DefaultValue() + "] " + (f.Required() ? "req" : "opt") + " " + (f.AllowZeroLength() ? "zls" : "nozls");
 }
 
-std::string FieldNames(const TableDef& t) {
-    std::string out;
-    for (int i = 0; i < t.Fields().Count(); ++i) out += (i ? "," : "") + t.Fields().Item(i).Name();
-    return out;
-}
-
 class Schema : public ::testing::Test {
 protected:
     void SetUp() override { db = Engine().CreateDatabase(path); }
