@@ -138,7 +138,9 @@ void CopyFile(const std::string& from, const std::string& to, bool overwrite) {
     }
     struct stat st{};
     if (::fstat(in, &st) == 0) ::fchmod(out, st.st_mode & 07777);
-    if (::fsync(out) != 0) fail(errno, to);
+    // Not flushed to the disk: a copy is as durable as any file written;
+    // the one step that must survive a crash, a book taking its place, is
+    // ReplaceFile, which flushes.
     ::close(in);
     ::close(out);
     CopyAttributes(from, tmp);
@@ -147,7 +149,6 @@ void CopyFile(const std::string& from, const std::string& to, bool overwrite) {
         ::unlink(tmp.c_str());
         ThrowErrno(err, to);
     }
-    Sync(FolderOf(to), true);
 }
 
 void DeleteFile(const std::string& path) {
