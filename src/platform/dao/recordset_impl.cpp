@@ -166,7 +166,7 @@ bool RecordsetImpl::FetchOne() {
         live_.Release();
         return false;
     }
-    Keep(ReadRow(live_.get(), static_cast<int>(cols().size())));
+    Keep(ReadRow(live_.get(), static_cast<int>(cols().size()), &arena_));
     return true;
 }
 
@@ -174,6 +174,7 @@ void RecordsetImpl::ForgetRows() {
     rows_.clear();
     keyIndex_.clear();
     indexed_ = 0;
+    arena_.Clear();  // after the rows: only they point into it
 }
 
 void RecordsetImpl::Keep(Row row) {
@@ -227,7 +228,7 @@ struct VariantSink {
 
 }  // namespace
 
-RecordsetImpl::Row RecordsetImpl::ReadRow(sqlite3_stmt* st, int keyOffset) const {
+RecordsetImpl::Row RecordsetImpl::ReadRow(sqlite3_stmt* st, int keyOffset, RowArena* arena) const {
     const int n = static_cast<int>(cols().size());
     size_t payload = 0;
     for (int i = 0; i < n; ++i) {
@@ -235,10 +236,10 @@ RecordsetImpl::Row RecordsetImpl::ReadRow(sqlite3_stmt* st, int keyOffset) const
         int type = sqlite3_column_type(st, i);
         payload += (type == SQLITE_TEXT || type == SQLITE_BLOB) ? static_cast<size_t>(sqlite3_column_bytes(st, i)) + 4 : 8;
     }
-    PackedValues::Builder values(static_cast<size_t>(n), payload);
+    PackedValues::Builder values(scratch_, static_cast<size_t>(n), payload);
     for (int i = 0; i < n; ++i) DecodeColumn(st, i, cols()[static_cast<size_t>(i)], values);
     Row r;
-    r.values = values.Finish();
+    r.values = values.Finish(arena);
     for (size_t k = 0; k < layout_->keySources.size(); ++k) {
         int col = keyOffset + static_cast<int>(k);
         r.keys.push_back(sqlite3_column_type(st, col) == SQLITE_NULL ? kNoKey : sqlite3_column_int64(st, col));

@@ -111,7 +111,9 @@ private:
                                                              sqlite3_stmt* stmt);
     bool FetchOne();                    // read one more row; false at the end
     bool EnsureRow(std::int64_t index); // read up to `index`; false when there is no such row
-    Row ReadRow(sqlite3_stmt* stmt, int keyOffset) const;
+    // A row of the result; its bytes go to `arena` for rows the set keeps,
+    // to the heap for rows looked at on the side (nullptr).
+    Row ReadRow(sqlite3_stmt* stmt, int keyOffset, RowArena* arena = nullptr) const;
     void ForgetRows();                  // drop every row read
     Variant ReadValue(sqlite3_stmt* stmt, int col, const Column& c) const;
     void CheckOpen() const;
@@ -140,6 +142,8 @@ private:
 
     // A deque: growing it never moves the rows read so far (a vector would
     // copy a hundred thousand of them a few times over while a set is read).
+    RowArena arena_;               // declared before rows_, which point into it
+    mutable std::string scratch_;  // where ReadRow packs a row before keeping it
     std::deque<Row> rows_;
     mutable std::unordered_multimap<std::size_t, std::int64_t> keyIndex_;  // key hash → index in rows_
     mutable std::int64_t indexed_ = 0;  // rows_ entered in keyIndex_ so far

@@ -2,6 +2,7 @@
 
 #include <cstring>
 #include <functional>
+#include <mutex>
 
 namespace zelvo::dao::detail {
 
@@ -23,11 +24,82 @@ T Read(const char* p) {
     return v;
 }
 
+// Blocks of 128 KiB; the pool keeps up to 32 MiB of them between record sets.
+constexpr std::size_t kBlockSize = 128 * 1024;
+constexpr std::size_t kPoolLimit = 256;
+
+struct BlockPool {
+    std::mutex mutex;
+    std::vector<char*> free;
+    ~BlockPool() {
+        for (char* b : free) delete[] b;
+    }
+};
+
+BlockPool& Pool() {
+    static BlockPool pool;
+    return pool;
+}
+
+char* TakeBlock() {
+    BlockPool& pool = Pool();
+    {
+        std::lock_guard lock(pool.mutex);
+        if (!pool.free.empty()) {
+            char* b = pool.free.back();
+            pool.free.pop_back();
+            return b;
+        }
+    }
+    return new char[kBlockSize];
+}
+
+void GiveBack(char* block) {
+    BlockPool& pool = Pool();
+    {
+        std::lock_guard lock(pool.mutex);
+        if (pool.free.size() < kPoolLimit) {
+            pool.free.push_back(block);
+            return;
+        }
+    }
+    delete[] block;
+}
+
 }  // namespace
+
+// ------------------------------------------------------------ RowArena
+
+char* RowArena::Allocate(std::size_t size) {
+    size = (size + 7) & ~std::size_t{7};
+    if (size > kBlockSize / 4) {
+        large_.push_back(std::make_unique<char[]>(size));
+        return large_.back().get();
+    }
+    if (size > left_) {
+        blocks_.push_back(TakeBlock());
+        next_ = blocks_.back();
+        left_ = kBlockSize;
+    }
+    char* p = next_;
+    next_ += size;
+    left_ -= size;
+    return p;
+}
+
+void RowArena::Clear() {
+    for (char* b : blocks_) GiveBack(b);
+    blocks_.clear();
+    large_.clear();
+    next_ = nullptr;
+    left_ = 0;
+}
 
 // ------------------------------------------------------------ PackedValues
 
-PackedValues::Builder::Builder(std::size_t count, std::size_t payloadHint) : count_(count) {
+PackedValues::Builder::Builder(std::string& scratch, std::size_t count, std::size_t payloadHint)
+    : data_(scratch), count_(count) {
+    data_.clear();
     data_.reserve(count * (sizeof(std::uint32_t) + 1) + payloadHint);
     data_.resize(count * sizeof(std::uint32_t));
 }
@@ -79,22 +151,62 @@ void PackedValues::Builder::Add(const Variant& v) {
     }
 }
 
-PackedValues PackedValues::Builder::Finish() {
+PackedValues PackedValues::Builder::Finish(RowArena* arena) {
     while (next_ < count_) Null();
-    PackedValues p;
-    p.data_ = std::move(data_);
-    p.count_ = count_;
-    return p;
+    if (arena) {
+        char* bytes = arena->Allocate(data_.size());
+        std::memcpy(bytes, data_.data(), data_.size());
+        return PackedValues(bytes, data_.size(), count_, nullptr);
+    }
+    auto owned = std::make_unique<char[]>(data_.size());
+    std::memcpy(owned.get(), data_.data(), data_.size());
+    const char* bytes = owned.get();
+    return PackedValues(bytes, data_.size(), count_, std::move(owned));
+}
+
+PackedValues::PackedValues(const char* data, std::size_t size, std::size_t count, std::unique_ptr<char[]> owned)
+    : data_(data), size_(size), count_(count), owned_(std::move(owned)) {}
+
+PackedValues::PackedValues(const PackedValues& other) : size_(other.size_), count_(other.count_) {
+    if (other.data_) {
+        owned_ = std::make_unique<char[]>(size_);
+        std::memcpy(owned_.get(), other.data_, size_);
+        data_ = owned_.get();
+    }
+}
+
+PackedValues& PackedValues::operator=(const PackedValues& other) {
+    if (this != &other) *this = PackedValues(other);
+    return *this;
+}
+
+PackedValues::PackedValues(PackedValues&& other) noexcept
+    : data_(other.data_), size_(other.size_), count_(other.count_), owned_(std::move(other.owned_)) {
+    other.data_ = nullptr;
+    other.size_ = other.count_ = 0;
+}
+
+PackedValues& PackedValues::operator=(PackedValues&& other) noexcept {
+    if (this != &other) {
+        data_ = other.data_;
+        size_ = other.size_;
+        count_ = other.count_;
+        owned_ = std::move(other.owned_);
+        other.data_ = nullptr;
+        other.size_ = other.count_ = 0;
+    }
+    return *this;
 }
 
 PackedValues PackedValues::Of(const std::vector<Variant>& values) {
-    Builder b(values.size());
+    std::string scratch;
+    Builder b(scratch, values.size());
     for (const Variant& v : values) b.Add(v);
     return b.Finish();
 }
 
 Variant PackedValues::Get(std::size_t i) const {
-    const char* p = data_.data() + Read<std::uint32_t>(data_.data() + i * sizeof(std::uint32_t));
+    const char* p = data_ + Read<std::uint32_t>(data_ + i * sizeof(std::uint32_t));
     switch (*p++) {
         case kInteger: return Variant(Read<std::int64_t>(p));
         case kDouble: return Variant(Read<double>(p));

@@ -1,10 +1,14 @@
 // How a record set keeps the rows it has read. A set walked from its last
-// row to its first holds every row at once, so a row is stored in one
-// allocation: its values packed into a byte string, its table keys inline.
+// row to its first holds every row at once, so a row is stored compactly:
+// its values packed into bytes, its table keys inline. The bytes of the
+// rows read from SQLite come from a RowArena, whose blocks are used again
+// by the next record set instead of going back to the system (a list filled
+// anew would otherwise fault in fresh pages for every row, every time).
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -13,15 +17,35 @@
 
 namespace zelvo::dao::detail {
 
+// Memory for the packed rows of one record set, taken in blocks from a
+// pool the whole process shares; Clear gives the blocks back to the pool.
+class RowArena {
+public:
+    RowArena() = default;
+    RowArena(const RowArena&) = delete;
+    RowArena& operator=(const RowArena&) = delete;
+    ~RowArena() { Clear(); }
+
+    char* Allocate(std::size_t size);  // 8-byte aligned, valid until Clear
+    void Clear();
+
+private:
+    std::vector<char*> blocks_;
+    std::vector<std::unique_ptr<char[]>> large_;  // pieces bigger than a block's quarter
+    char* next_ = nullptr;
+    std::size_t left_ = 0;
+};
+
 // The values of one row, packed: for each value a kind byte, then 8 bytes
 // for a number, 1 for a Boolean, or a 4-byte length and the bytes of a text
 // or binary value. An offset table in front finds value i at once.
 class PackedValues {
 public:
-    // Builds a row value by value; `count` values must follow.
+    // Builds a row value by value in `scratch` (whose capacity is reused
+    // from row to row); `count` values must follow.
     class Builder {
     public:
-        explicit Builder(std::size_t count, std::size_t payloadHint = 0);
+        Builder(std::string& scratch, std::size_t count, std::size_t payloadHint = 0);
         void Null();
         void Integer(std::int64_t v);
         void Double(double v);
@@ -29,16 +53,22 @@ public:
         void Text(std::string_view v);
         void Bytes(const std::uint8_t* data, std::size_t size);
         void Add(const Variant& v);
-        PackedValues Finish();
+        // The row, its bytes in `arena` (nullptr: on the heap, its own).
+        PackedValues Finish(RowArena* arena = nullptr);
 
     private:
         void Begin(char kind);
-        std::string data_;
+        std::string& data_;
         std::size_t count_;
         std::size_t next_ = 0;
     };
 
     PackedValues() = default;
+    // A copy owns its bytes, wherever the original's are.
+    PackedValues(const PackedValues& other);
+    PackedValues& operator=(const PackedValues& other);
+    PackedValues(PackedValues&& other) noexcept;
+    PackedValues& operator=(PackedValues&& other) noexcept;
     static PackedValues Of(const std::vector<Variant>& values);
 
     std::size_t size() const { return count_; }
@@ -46,8 +76,12 @@ public:
     std::vector<Variant> Unpack() const;
 
 private:
-    std::string data_;  // offsets (uint32 each), then the values
+    PackedValues(const char* data, std::size_t size, std::size_t count, std::unique_ptr<char[]> owned);
+
+    const char* data_ = nullptr;  // offsets (uint32 each), then the values
+    std::size_t size_ = 0;
     std::size_t count_ = 0;
+    std::unique_ptr<char[]> owned_;  // the bytes, when they are not in an arena
 };
 
 // The rowids of the tables a row came from, one per keyed source; most

@@ -29,7 +29,8 @@ TEST(RowStorage, PackedValuesGiveBackEveryKindUnchanged) {
 }
 
 TEST(RowStorage, ABuilderLeftShortFillsTheRestWithNull) {
-    PackedValues::Builder b(3);
+    std::string scratch;
+    PackedValues::Builder b(scratch, 3);
     b.Text("x");
     PackedValues p = b.Finish();
     EXPECT_EQ(p.Get(0), Variant(std::string("x")));
