@@ -60,7 +60,7 @@ FieldProps InferProps(const std::string& name, const std::string& declType, bool
     else f.type = dbText;
     if (f.type == dbText) f.size = 255;
     if (pk && f.type == dbLong) f.attributes = dbAutoIncrField;
-    f.allowZeroLength = true;
+    f.allowZeroLength = f.IsText();
     return f;
 }
 

@@ -418,7 +418,9 @@ void Database::Execute(std::string_view sql) const {
         f.size = d.size;
         f.attributes = d.counter ? dbAutoIncrField : 0;
         f.required = d.notNull;
-        f.allowZeroLength = true;  // SQL DDL leaves zero-length texts allowed
+        // SQL DDL leaves zero-length texts allowed; the property means
+        // nothing for other types, which report False as DAO does.
+        f.allowZeroLength = f.IsText();
         return f;
     };
     *affected_ = 0;

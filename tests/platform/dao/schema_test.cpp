@@ -159,7 +159,7 @@ TEST_F(Schema, ACounterAddedToATableWithRowsNumbersThemAndGoesOn) {
 
     EXPECT_EQ(Rows(db, "Rooms", "Room ID"), "1,2,3");
     EXPECT_EQ(Rows(db, "Rooms", "RoomName"), "one,three,four");
-    EXPECT_EQ(Props(db.TableDefs()("Rooms").Fields()("Room ID")), "4 4 16 [] opt zls");
+    EXPECT_EQ(Props(db.TableDefs()("Rooms").Fields()("Room ID")), "4 4 16 [] opt nozls");
     Recordset rs = db.OpenRecordset("Rooms");
     rs.AddNew();
     EXPECT_EQ(rs("Room ID"), Variant(4));
@@ -180,11 +180,11 @@ TEST_F(Schema, CreateAndDropTableWithJetTypeNames) {
                "[Note] Text, [ID] Counter)");
     TableDef t = db.TableDefs()("Jet Types");
     EXPECT_EQ(Props(t.Fields()("Name")), "10 20 0 [] opt zls");
-    EXPECT_EQ(Props(t.Fields()("N")), "4 4 0 [] opt zls");
-    EXPECT_EQ(Props(t.Fields()("Flag")), "1 1 0 [] opt zls");
-    EXPECT_EQ(Props(t.Fields()("Pic")), "11 0 0 [] opt zls");
+    EXPECT_EQ(Props(t.Fields()("N")), "4 4 0 [] opt nozls");
+    EXPECT_EQ(Props(t.Fields()("Flag")), "1 1 0 [] opt nozls");
+    EXPECT_EQ(Props(t.Fields()("Pic")), "11 0 0 [] opt nozls");
     EXPECT_EQ(Props(t.Fields()("Note")), "10 255 0 [] opt zls");
-    EXPECT_EQ(Props(t.Fields()("ID")), "4 4 16 [] opt zls");
+    EXPECT_EQ(Props(t.Fields()("ID")), "4 4 16 [] opt nozls");
 
     db.Execute("Insert Into [Jet Types] (Name, N, Flag) Values (\"a\", 5, True)");
     db.Execute("Insert Into [Jet Types] (Name, N, Flag) Values (\"b\", -5, False)");
