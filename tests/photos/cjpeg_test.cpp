@@ -3,6 +3,8 @@
 // libjpeg-turbo as a decoder, in-process and as the djpeg program.
 #include <gtest/gtest.h>
 
+#include "support/shared_data.h"
+
 #include <unistd.h>
 
 #include <cmath>
@@ -272,6 +274,7 @@ TEST(CJpegLayout, DefaultFile) {
 }
 
 TEST(CJpegLayout, OneComponent) {
+    ZELVO_NEEDS_SHARED_IMAGES();
     const Picture p = Load("camera.pgm");
     const ByteVec bytes = Encode(p, {1, 1, 0, 0, 0, 0});
     const auto segs = testing::SplitSegments(bytes);
@@ -363,6 +366,7 @@ TEST(CJpegScans, ChromaOfATinyPictureIsNotStretched) {
 }
 
 TEST(CJpegScans, StuffingAfterEveryFF) {
+    ZELVO_NEEDS_SHARED_IMAGES();
     // Noise gives long codes and many FF bytes in the coded data.
     const ByteVec bytes = Encode(Load("gen_17x9_noise.ppm"), {2, 2, 1, 1, 1, 1}, 100);
     const auto segs = testing::SplitSegments(bytes);
@@ -471,6 +475,7 @@ TEST(CJpegHuffman, OptimalTables) {
 // ---------------------------------------------------------------- round trip
 
 TEST(CJpegRoundTrip, SharedImagesDecodeCloseToLibjpegTurbo) {
+    ZELVO_NEEDS_SHARED_IMAGES();
     // How far below libjpeg-turbo's own PSNR (same quality and sampling) our
     // file may decode. Photos and smooth pictures are held tight; the
     // exceptions say why.
@@ -503,6 +508,7 @@ TEST(CJpegRoundTrip, SharedImagesDecodeCloseToLibjpegTurbo) {
 }
 
 TEST(CJpegRoundTrip, SamplingSetupsDecode) {
+    ZELVO_NEEDS_SHARED_IMAGES();
     const Picture p = Load("kodim23.ppm");
     const Sampling setups[] = {{1, 1, 1, 1, 1, 1}, {2, 1, 1, 1, 1, 1}, {1, 2, 1, 1, 1, 1}, {2, 2, 1, 1, 1, 1},
                                {4, 1, 1, 1, 1, 1}, {4, 2, 2, 1, 2, 1}, {4, 4, 1, 1, 1, 1}, {2, 2, 2, 2, 2, 2}};
@@ -517,6 +523,7 @@ TEST(CJpegRoundTrip, SamplingSetupsDecode) {
 }
 
 TEST(CJpegRoundTrip, DjpegReadsOurFiles) {
+    ZELVO_NEEDS_SHARED_IMAGES();
     if (std::system("command -v djpeg >/dev/null 2>&1") != 0) GTEST_SKIP() << "djpeg is not installed (libjpeg-turbo-progs)";
     const auto dir = std::filesystem::temp_directory_path() / ("zelvo_djpeg_" + std::to_string(::getpid()));
     std::filesystem::create_directories(dir);
@@ -543,6 +550,7 @@ TEST(CJpegRoundTrip, DjpegReadsOurFiles) {
 // ---------------------------------------------------------------- lifecycle
 
 TEST(CJpegLifecycle, QualityAfterSamplingLeavesTheBlocks) {
+    ZELVO_NEEDS_SHARED_IMAGES();
     cJpeg j;
     const Picture p = Load("gen_16x16_quads.ppm");
     const ByteVec first = Encode(p, {2, 2, 1, 1, 1, 1}, 75, &j);
@@ -558,6 +566,7 @@ TEST(CJpegLifecycle, QualityAfterSamplingLeavesTheBlocks) {
 }
 
 TEST(CJpegLifecycle, SaveFile) {
+    ZELVO_NEEDS_SHARED_IMAGES();
     const auto dir = std::filesystem::temp_directory_path() / ("zelvo_save_" + std::to_string(::getpid()));
     std::filesystem::create_directories(dir);
     const Picture p = Load("gen_16x16_quads.ppm");

@@ -2,6 +2,8 @@
 // format libraries' own writers (or by hand for BMP), and over damaged files.
 #include <gtest/gtest.h>
 
+#include "support/shared_data.h"
+
 #include <cmath>
 #include <cstdio>
 #include <cstring>
@@ -219,6 +221,7 @@ TEST(PictureLoader, LosslessFormatsGiveThePixelsBack) {
 }
 
 TEST(PictureLoader, JpegVariants) {
+    ZELVO_NEEDS_SHARED_IMAGES();
     PictureLoader loader;
     const auto source = loader.LoadPicture(Shared("kodim23.ppm"));
     ASSERT_TRUE(source) << loader.LastError().Description;
@@ -236,6 +239,7 @@ TEST(PictureLoader, JpegVariants) {
 }
 
 TEST(PictureLoader, PngAndPnmOfTheSharedImagesAgree) {
+    ZELVO_NEEDS_SHARED_IMAGES();
     const std::pair<const char*, const char*> pairs[] = {
         {"astronaut.png", "astronaut.ppm"}, {"kodim04.png", "kodim04.ppm"}, {"camera.png", "camera.pgm"}};
     for (const auto& [png, pnm] : pairs) {
@@ -250,6 +254,7 @@ TEST(PictureLoader, PngAndPnmOfTheSharedImagesAgree) {
 }
 
 TEST(PictureLoader, DamagedFilesGiveAnErrorNotACrash) {
+    ZELVO_NEEDS_SHARED_IMAGES();
     PictureLoader loader;
     const Picture source = Pattern(40, 30);
     Picture unused;
@@ -317,6 +322,7 @@ TEST(PictureLoader, HugeClaimedSizesAreRefusedBeforeAllocating) {
 }
 
 TEST(PictureLoader, MissingFile) {
+    ZELVO_NEEDS_SHARED_IMAGES();
     PictureLoader loader;
     EXPECT_FALSE(loader.LoadPicture("/nonexistent/photo.jpg"));
     EXPECT_EQ(loader.LastError().Number, kErrFileNotFound);
