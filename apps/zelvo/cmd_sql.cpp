@@ -28,7 +28,8 @@ constexpr std::string_view kUsage =
     "Create Table, Alter Table, Drop Table) prints how many rows it touched.\n"
     "\n"
     "Options:\n"
-    "  --db FILE   the book (default: AddressBookW.mdb in $XDG_DATA_HOME/zelvo)\n"
+    "  --db FILE   the book (default: AddressBookW.mdb in the application\n"
+    "              folder given by --app-path, else in $XDG_DATA_HOME/zelvo)\n"
     "  --create    make an empty book when FILE does not exist\n"
     "  --json      print one JSON object: {\"fields\": [...], \"rows\": [[...], ...]}\n"
     "  --tables    list the tables and saved queries with their fields\n"
@@ -153,7 +154,7 @@ int ListTables(const dao::Database& db, bool json) {
 
 int RunSql(std::span<const std::string> args) {
     std::string db = DefaultBook();
-    bool create = false, json = false, tables = false;
+    bool create = false, json = false, tables = false, dbGiven = false;
     std::string statement;
     bool haveStatement = false;
     for (size_t i = 0; i < args.size(); ++i) {
@@ -161,6 +162,12 @@ int RunSql(std::span<const std::string> args) {
         if (a == "--db") {
             if (i + 1 >= args.size()) return UsageError("sql", "--db needs a file");
             db = args[++i];
+            dbGiven = true;
+        } else if (a == "--app-path") {
+            // The book of that application folder, unless --db names one.
+            if (i + 1 >= args.size()) return UsageError("sql", "--app-path needs a folder");
+            std::string folder = args[++i];
+            if (!dbGiven) db = (std::filesystem::path(folder) / "AddressBookW.mdb").string();
         } else if (a == "--create") {
             create = true;
         } else if (a == "--json") {

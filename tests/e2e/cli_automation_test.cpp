@@ -51,7 +51,8 @@ protected:
     }
 
     void Sql(const std::string& statement) {
-        Outcome r = Zelvo({"sql", "--db", app() + "/AddressBookW.mdb", statement});
+        // The application folder names the book, as for the other commands.
+        Outcome r = Zelvo({"--app-path", app(), "sql", statement});
         ASSERT_EQ(r.status, 0) << statement << "\n" << r.err;
     }
 
