@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "command.h"
+#include "json_writer.h"
 #include "platform/vcard/vcard_document.h"
 
 namespace zelvo::cli {
@@ -82,27 +83,7 @@ void PrintText(const VCardContent& c, int number, long line) {
     }
 }
 
-void JsonString(std::string_view s, std::string& out) {
-    out.push_back('"');
-    for (unsigned char c : s) {
-        switch (c) {
-            case '"': out += "\\\""; break;
-            case '\\': out += "\\\\"; break;
-            case '\n': out += "\\n"; break;
-            case '\r': out += "\\r"; break;
-            case '\t': out += "\\t"; break;
-            default:
-                if (c < 0x20) {
-                    char buf[8];
-                    std::snprintf(buf, sizeof buf, "\\u%04x", c);
-                    out += buf;
-                } else {
-                    out.push_back(static_cast<char>(c));
-                }
-        }
-    }
-    out.push_back('"');
-}
+void JsonString(std::string_view s, std::string& out) { out += zelvo::cli::JsonString(s); }
 
 void JsonCard(const VCardContent& c, int number, long line, std::string& out) {
     auto key = [&](const char* k) {
