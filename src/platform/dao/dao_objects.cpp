@@ -22,7 +22,10 @@ struct TableDefNode {
 
 struct FieldNode {
     FieldProps props;
-    std::shared_ptr<TableDefNode> table;  // the table it was appended to
+    std::shared_ptr<TableDefNode> table;  // the table in the file it was appended to
+    // Appended to a table not yet in the file: that table holds the field,
+    // not the other way round, so that neither keeps the other alive.
+    bool inFreeTable = false;
     std::shared_ptr<RecordsetImpl> rs;    // or the record set it is a value of
     int index = -1;
 };
@@ -162,15 +165,16 @@ Field Fields::Item(const std::string& name) const {
 void Fields::Append(const Field& field) {
     if (!table_ || !field) Invalid();
     FieldNode& f = *field.node();
-    if (f.rs || f.table) throw DaoError(kInvalidOperation);  // already belongs somewhere
+    if (f.rs || f.table || f.inFreeTable) throw DaoError(kInvalidOperation);  // already belongs somewhere
     if (InFile(*table_)) {
         detail::AddField(*table_->conn, table_->name, f.props);
+        f.table = table_;
     } else {
         for (const auto& g : table_->fields)
             if (detail::SameName(g->props.name, f.props.name)) throw DaoError(kFieldExists, f.props.name, table_->name);
         table_->fields.push_back(field.node());
+        f.inFreeTable = true;
     }
-    f.table = table_;
 }
 
 void Fields::Delete(const std::string& name) {
@@ -182,7 +186,7 @@ void Fields::Delete(const std::string& name) {
     auto& v = table_->fields;
     for (auto it = v.begin(); it != v.end(); ++it) {
         if (detail::SameName((*it)->props.name, name)) {
-            (*it)->table.reset();
+            (*it)->inFreeTable = false;
             v.erase(it);
             return;
         }
@@ -248,7 +252,12 @@ void TableDefs::Append(const TableDef& table) {
     for (const auto& f : t.fields) fields.push_back(f->props);
     detail::CreateTable(*conn_, t.name, fields);
     t.conn = conn_;
-    t.fields.clear();  // from now on the file holds them
+    // From now on the file holds the fields; a change to one goes there.
+    for (const auto& f : t.fields) {
+        f->table = table.node();
+        f->inFreeTable = false;
+    }
+    t.fields.clear();
 }
 
 void TableDefs::Delete(const std::string& name) {
