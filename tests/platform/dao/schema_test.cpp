@@ -252,6 +252,20 @@ TEST_F(Schema, RowsKeepTheirPlaceForOpenSetsWhenATableIsRebuilt) {
     EXPECT_EQ(Rows(db, "Select * From Projects Order By [Owner ID]", "Project"), "first,P,last");
 }
 
+TEST_F(Schema, AFieldChangedAfterItsTableWasAppendedChangesTheFile) {
+    Field size;
+    {
+        TableDef t = db.CreateTableDef("Sizes");
+        size = t.CreateField("Size", dao::dbText, 10);
+        t.Fields().Append(size);
+        db.TableDefs().Append(t);
+    }
+    size.SetSize(20);
+    size.SetAllowZeroLength(true);
+    Reopen();
+    EXPECT_EQ(Props(db.TableDefs()("Sizes").Fields()("Size")), "10 20 0 [] opt zls");
+}
+
 TEST_F(Schema, ATableNeedsAField) {
     TableDef t = db.CreateTableDef("Empty");
     EXPECT_EQ(ErrorOf([&] { db.TableDefs().Append(t); }), 3264);
