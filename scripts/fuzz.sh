@@ -19,7 +19,12 @@ for t in "${targets[@]}"; do
   mkdir -p "$corpus"
   seeds=()
   [[ -d "$root/tests/fuzz/seeds/$name" ]] && seeds+=("$root/tests/fuzz/seeds/$name")
-  [[ -f "$dir/seeds-$name.txt" ]] && while IFS= read -r s; do seeds+=("$s"); done < "$dir/seeds-$name.txt"
+  # Seed folders outside the checkout (the shared test data) may be absent.
+  if [[ -f "$dir/seeds-$name.txt" ]]; then
+    while IFS= read -r s; do
+      if [[ -n "$s" && -e "$s" ]]; then seeds+=("$s"); fi
+    done < "$dir/seeds-$name.txt"
+  fi
   echo "fuzz: $name for ${seconds}s"
   "$t" -max_total_time="$seconds" -rss_limit_mb=2048 -artifact_prefix="$dir/crashes/$name-" \
        -print_final_stats=0 "$corpus" "${seeds[@]}" 2>&1 | tail -n 3
