@@ -32,22 +32,22 @@ const std::string* FindColumn(const CatalogObject& t, const std::string& name) {
     return nullptr;
 }
 
-ColumnDef MakeColumnDef(const ColumnSpec& spec, const std::vector<Variant>& literals, void (*fail)(),
+ColumnDef MakeColumnDef(const ColumnSpec& written, const std::vector<Variant>& literals, void (*fail)(),
                         bool& cacheable) {
-    DdlType t = LookupDdlType(spec.typeName);
+    DdlType t = LookupDdlType(written.typeName);
     if (t.type == 0) throw Error(3259, "Invalid field data type.", kErrorSource);
     ColumnDef def;
-    def.name = spec.name;
+    def.name = written.name;
     def.type = t.type;
     def.counter = t.counter;
-    def.notNull = spec.notNull || spec.primaryKey;
-    def.primaryKey = spec.primaryKey;
-    def.unique = spec.unique;
+    def.notNull = written.notNull || written.primaryKey;
+    def.primaryKey = written.primaryKey;
+    def.unique = written.unique;
     if (t.type == 10 || t.type == 9) def.size = 255;
-    if (spec.sizeLiteral >= 0 && t.sized) {
+    if (written.sizeLiteral >= 0 && t.sized) {
         cacheable = false;  // the size is written into the definition
-        std::int64_t n = spec.sizeLiteral < static_cast<int>(literals.size())
-                             ? literals[spec.sizeLiteral].AsInteger() : 0;
+        std::int64_t n = written.sizeLiteral < static_cast<int>(literals.size())
+                             ? literals[written.sizeLiteral].AsInteger() : 0;
         if (n < 1 || n > 255) fail();
         def.size = static_cast<int>(n);
     }
