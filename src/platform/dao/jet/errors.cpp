@@ -54,7 +54,7 @@ void ThrowUnknownInput(std::string_view name) {
                     ". Make sure it exists and that its name is spelled correctly.");
 }
 void ThrowAmbiguousField(std::string_view name) {
-    Raise(3079, "The specified field " + Quoted(name) +
+    Raise(3079, "The field " + Quoted(name) +
                     " could refer to more than one table listed in the FROM clause of your SQL statement.");
 }
 void ThrowUnknownFieldInCriteria(std::string_view name) {

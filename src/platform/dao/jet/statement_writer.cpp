@@ -177,7 +177,7 @@ Translation TranslateStatement(const Shape& shape, const Catalog& catalog) {
     }
     case Statement::Kind::Delete: {
         tr.kind = StatementKind::Delete;
-        if (st.table.empty()) throw Error(3086, "Could not delete from specified tables.", kErrorSource);
+        if (st.table.empty()) throw Error(3086, "Could not delete from the tables named.", kErrorSource);
         CatalogObject t = WrittenTable(catalog, st.table);
         tr.table = t.name;
         SourceScope scope = SingleTableScope(t);
