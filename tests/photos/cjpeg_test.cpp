@@ -3,6 +3,7 @@
 // libjpeg-turbo as a decoder, in-process and as the djpeg program.
 #include <gtest/gtest.h>
 
+#include "support/reference_jpeg.h"
 #include "support/shared_data.h"
 
 #include <unistd.h>
@@ -26,6 +27,8 @@
 
 namespace zelvo {
 namespace {
+
+using testing::Psnr;
 
 using ByteVec = std::vector<std::uint8_t>;
 using imaging::Picture;
@@ -110,38 +113,14 @@ LibjpegResult DecodeWithLibjpeg(const ByteVec& bytes) {
     return r;
 }
 
-double Psnr(const Picture& a, const Picture& b) {
-    if (a.Width != b.Width || a.Height != b.Height) return -1;
-    double sse = 0;
-    for (std::size_t i = 0; i < a.Pixels.size(); ++i) sse += std::pow(double(a.Pixels[i]) - b.Pixels[i], 2);
-    return sse == 0 ? 99 : 10 * std::log10(255.0 * 255 * double(a.Pixels.size()) / sse);
-}
 
 // libjpeg-turbo's own encoding with the closest settings, as the yardstick.
 ByteVec LibjpegEncode(const Picture& p) {
-    jpeg_compress_struct c{};
-    jpeg_error_mgr err{};
-    c.err = jpeg_std_error(&err);
-    jpeg_create_compress(&c);
-    unsigned char* out = nullptr;
-    unsigned long size = 0;
-    jpeg_mem_dest(&c, &out, &size);
-    c.image_width = JDIMENSION(p.Width), c.image_height = JDIMENSION(p.Height);
-    c.input_components = 3, c.in_color_space = JCS_RGB;
-    jpeg_set_defaults(&c);
-    jpeg_set_quality(&c, 75, TRUE);
-    c.optimize_coding = TRUE;
-    c.dct_method = JDCT_FLOAT;
-    jpeg_start_compress(&c, TRUE);
-    while (c.next_scanline < c.image_height) {
-        JSAMPROW row = const_cast<JSAMPROW>(p.Row(int(c.next_scanline)));
-        jpeg_write_scanlines(&c, &row, 1);
-    }
-    jpeg_finish_compress(&c);
-    jpeg_destroy_compress(&c);
-    ByteVec bytes(out, out + size);
-    std::free(out);
-    return bytes;
+    return testing::LibjpegEncode(p, [](jpeg_compress_struct& c) {
+        jpeg_set_quality(&c, 75, TRUE);
+        c.optimize_coding = TRUE;
+        c.dct_method = JDCT_FLOAT;
+    });
 }
 
 // ---------------------------------------------------------------- tables

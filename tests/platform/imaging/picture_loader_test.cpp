@@ -2,6 +2,7 @@
 // format libraries' own writers (or by hand for BMP), and over damaged files.
 #include <gtest/gtest.h>
 
+#include "support/reference_jpeg.h"
 #include "support/shared_data.h"
 
 #include <cmath>
@@ -20,6 +21,8 @@
 
 namespace zelvo::imaging {
 namespace {
+
+using testing::Psnr;
 
 using ByteVec = std::vector<std::uint8_t>;
 
@@ -44,36 +47,13 @@ Picture Pattern(int w, int h) {
     return p;
 }
 
-double Psnr(const Picture& a, const Picture& b) {
-    double sse = 0;
-    for (std::size_t i = 0; i < a.Pixels.size(); ++i) sse += std::pow(double(a.Pixels[i]) - b.Pixels[i], 2);
-    return sse == 0 ? 99 : 10 * std::log10(255.0 * 255 * double(a.Pixels.size()) / sse);
-}
 
 ByteVec EncodeJpeg(const Picture& p, bool progressive, bool grey) {
-    jpeg_compress_struct c{};
-    jpeg_error_mgr err{};
-    c.err = jpeg_std_error(&err);
-    jpeg_create_compress(&c);
-    unsigned char* out = nullptr;
-    unsigned long size = 0;
-    jpeg_mem_dest(&c, &out, &size);
-    c.image_width = JDIMENSION(p.Width), c.image_height = JDIMENSION(p.Height);
-    c.input_components = 3, c.in_color_space = JCS_RGB;
-    jpeg_set_defaults(&c);
-    jpeg_set_quality(&c, 95, TRUE);
-    if (grey) jpeg_set_colorspace(&c, JCS_GRAYSCALE);
-    if (progressive) jpeg_simple_progression(&c);
-    jpeg_start_compress(&c, TRUE);
-    while (c.next_scanline < c.image_height) {
-        JSAMPROW row = const_cast<JSAMPROW>(p.Row(int(c.next_scanline)));
-        jpeg_write_scanlines(&c, &row, 1);
-    }
-    jpeg_finish_compress(&c);
-    jpeg_destroy_compress(&c);
-    ByteVec bytes(out, out + size);
-    std::free(out);
-    return bytes;
+    return testing::LibjpegEncode(p, [&](jpeg_compress_struct& c) {
+        jpeg_set_quality(&c, 95, TRUE);
+        if (grey) jpeg_set_colorspace(&c, JCS_GRAYSCALE);
+        if (progressive) jpeg_simple_progression(&c);
+    });
 }
 
 void Le16(ByteVec& b, unsigned v) { b.push_back(std::uint8_t(v)), b.push_back(std::uint8_t(v >> 8)); }
