@@ -329,6 +329,7 @@ void Connection::SchemaChanged() {
     cache_.clear();
     layouts_.clear();
     indexedColumns_.clear();
+    smallTables_.clear();
 }
 
 std::shared_ptr<const RecordsetLayout> Connection::LayoutOf(const jet::Translation* translation) const {
@@ -583,8 +584,12 @@ void Connection::CloseRecordsets() {
 }
 
 bool Connection::HasCounterTable() {
-    StatementLease s = PrepareRaw("SELECT 1 FROM sqlite_master WHERE type='table' AND name='sqlite_sequence'");
-    return Step(s.get());
+    // Once made, SQLite never drops it: ask only until it is there.
+    if (!counterTableSeen_) {
+        StatementLease s = PrepareRaw("SELECT 1 FROM sqlite_master WHERE type='table' AND name='sqlite_sequence'");
+        counterTableSeen_ = Step(s.get());
+    }
+    return counterTableSeen_;
 }
 
 std::int64_t Connection::ReserveCounter(const TableSchema& table) {
@@ -612,6 +617,8 @@ std::int64_t Connection::ReserveCounter(const TableSchema& table) {
 void Connection::EnsureLookupIndex(const std::string& table, const std::string& column) {
     if (readOnly_) return;
     std::string key = table + "\n" + column;
+    // A table found too small is looked at again only after a commit.
+    if (auto small = smallTables_.find(key); small != smallTables_.end() && small->second == DataVersion()) return;
     if (!indexedColumns_.insert(key).second) return;
     const TableSchema* t = FindTable(table);
     if (!t) return;
@@ -624,11 +631,13 @@ void Connection::EnsureLookupIndex(const std::string& table, const std::string& 
         n.Release();
         if (rows < 1000) {
             indexedColumns_.erase(key);  // look again when the table has grown
+            smallTables_[key] = DataVersion();
             return;
         }
-        std::string index = QuoteName("~ix " + t->name + "." + f->name);
-        StatementLease exists = PrepareRaw("SELECT 1 FROM sqlite_master WHERE type='index' AND name=?1");
+        smallTables_.erase(key);
         std::string bare = "~ix " + t->name + "." + f->name;
+        std::string index = QuoteName(bare);
+        StatementLease exists = PrepareRaw("SELECT 1 FROM sqlite_master WHERE type='index' AND name=?1");
         sqlite3_bind_text(exists.get(), 1, bare.c_str(), -1, SQLITE_TRANSIENT);
         bool have = Step(exists.get());
         exists.Release();

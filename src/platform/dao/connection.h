@@ -206,6 +206,8 @@ private:
 
     std::set<RecordsetImpl*> recordsets_;
     std::set<std::string> indexedColumns_;  // "table\ncolumn" already looked after
+    std::map<std::string, std::uint64_t> smallTables_;  // "table\ncolumn" → data version when found small
+    bool counterTableSeen_ = false;                     // SQLite's sqlite_sequence exists
 };
 
 // The application id that marks a book of ours in the SQLite header.

@@ -166,7 +166,7 @@ bool RecordsetImpl::FetchOne() {
         live_.Release();
         return false;
     }
-    Keep(ReadRow(live_.get(), static_cast<int>(cols().size()), &arena_));
+    rows_.push_back(ReadRow(live_.get(), static_cast<int>(cols().size()), &arena_));
     return true;
 }
 
@@ -175,10 +175,6 @@ void RecordsetImpl::ForgetRows() {
     keyIndex_.clear();
     indexed_ = 0;
     arena_.Clear();  // after the rows: only they point into it
-}
-
-void RecordsetImpl::Keep(Row row) {
-    rows_.push_back(std::move(row));
 }
 
 namespace {
@@ -262,17 +258,6 @@ void RecordsetImpl::CheckOpen() const {
 
 namespace {
 
-bool SameAsciiNoCase(std::string_view a, std::string_view b) {
-    if (a.size() != b.size()) return false;
-    for (size_t i = 0; i < a.size(); ++i) {
-        unsigned char x = static_cast<unsigned char>(a[i]), y = static_cast<unsigned char>(b[i]);
-        if (x == y) continue;
-        unsigned char lower = x | 0x20;
-        if (lower != (y | 0x20) || lower < 'a' || lower > 'z') return false;
-    }
-    return true;
-}
-
 bool IsAscii(std::string_view s) {
     for (char c : s)
         if (static_cast<unsigned char>(c) & 0x80) return false;
@@ -289,7 +274,7 @@ int RecordsetImpl::FieldIndex(std::string_view name) const {
     if (IsAscii(name)) {
         const auto& c = cols();
         for (size_t i = 0; i < c.size(); ++i)
-            if (SameAsciiNoCase(c[i].name, name)) return static_cast<int>(i);
+            if (SameName(c[i].name, name)) return static_cast<int>(i);
     }
     auto it = layout_->byName.find(FoldName(name));
     if (it == layout_->byName.end()) throw DaoError(kItemNotFound);
@@ -787,7 +772,7 @@ void RecordsetImpl::Update() {
         if (slot >= 0) added.keys[static_cast<size_t>(slot)] = sqlite3_last_insert_rowid(conn_->db());
     }
     FinishReading();
-    Keep(std::move(added));
+    rows_.push_back(std::move(added));
     if (reached_ == static_cast<std::int64_t>(rows_.size()) - 1) reached_ = static_cast<std::int64_t>(rows_.size());
     DiscardEdit();
     // The record that was current before AddNew is current again.

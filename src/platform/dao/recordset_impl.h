@@ -126,7 +126,6 @@ private:
     Variant Coerce(const Column& c, const Variant& v) const;
     bool MatchesAt(std::int64_t index, const std::string& criteriaSql, const std::vector<Variant>& literals);
     std::int64_t IndexOf(const Row& row) const;  // the live row with row's keys, or -1
-    void Keep(Row row);                          // append to rows_, indexed by its keys
     void ProbeWriteLock();
 
     std::shared_ptr<Connection> conn_;
