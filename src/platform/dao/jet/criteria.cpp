@@ -42,21 +42,6 @@ struct FieldScope : NameScope {
     }
 };
 
-// Fields compared with "=" to a literal in the top-level conjunction.
-void CollectEqualities(const Expr& e, const FieldScope& scope, std::vector<int>& out) {
-    if (e.kind == Expr::Kind::Binary && e.op == "AND") {
-        CollectEqualities(*e.args[0], scope, out);
-        CollectEqualities(*e.args[1], scope, out);
-        return;
-    }
-    if (e.kind != Expr::Kind::Binary || e.op != "=") return;
-    const Expr* col = e.args[0].get();
-    const Expr* lit = e.args[1].get();
-    if (col->kind != Expr::Kind::Column) std::swap(col, lit);
-    if (col->kind != Expr::Kind::Column || lit->kind != Expr::Kind::Literal) return;
-    int k = scope.Find(col->qualifier, col->name);
-    if (k >= 0) out.push_back(k);
-}
 
 }  // namespace
 
@@ -71,7 +56,8 @@ CriteriaTranslation TranslateCriteria(const Shape& shape, const std::vector<std:
     tr.sql = w.Expression(*e, scope);
     w.CheckUnknownNames();
     tr.cacheable = w.cacheable;
-    CollectEqualities(*e, scope, tr.equalityFields);
+    for (const Expr* col : ColumnsComparedWithLiterals(*e))
+        if (int k = scope.Find(col->qualifier, col->name); k >= 0) tr.equalityFields.push_back(k);
     return tr;
 }
 

@@ -13,6 +13,29 @@ bool EqualNoCase(std::string_view a, std::string_view b) {
     return a.size() == b.size() && strncasecmp(a.data(), b.data(), a.size()) == 0;
 }
 
+namespace {
+
+void CollectColumnEqualities(const Expr& e, std::vector<const Expr*>& out) {
+    if (e.kind == Expr::Kind::Binary && e.op == "AND") {
+        CollectColumnEqualities(*e.args[0], out);
+        CollectColumnEqualities(*e.args[1], out);
+        return;
+    }
+    if (e.kind != Expr::Kind::Binary || e.op != "=") return;
+    const Expr* col = e.args[0].get();
+    const Expr* lit = e.args[1].get();
+    if (col->kind != Expr::Kind::Column) std::swap(col, lit);
+    if (col->kind == Expr::Kind::Column && lit->kind == Expr::Kind::Literal) out.push_back(col);
+}
+
+}  // namespace
+
+std::vector<const Expr*> ColumnsComparedWithLiterals(const Expr& condition) {
+    std::vector<const Expr*> out;
+    CollectColumnEqualities(condition, out);
+    return out;
+}
+
 std::string Writer::Quote(const std::string& name) {
     std::string out;
     out.reserve(name.size() + 2);

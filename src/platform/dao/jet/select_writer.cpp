@@ -2,6 +2,7 @@
 // rowid columns the engine updates joined rows through.
 #include <algorithm>
 #include <map>
+#include <optional>
 
 #include "platform/dao/jet/errors.h"
 #include "platform/dao/jet/writer.h"
@@ -143,34 +144,25 @@ struct OrderScope : NameScope {
     }
 };
 
-// The table fields that `e`, a WHERE clause, compares by "=" with a literal
-// in its top-level conjunction.
-void CollectLookups(const Expr& e, const SourceScope& scope, const std::vector<SourceInfo>& infos,
-                    std::vector<Translation::LookupColumn>& out) {
-    if (e.kind == Expr::Kind::Binary && e.op == "AND") {
-        CollectLookups(*e.args[0], scope, infos, out);
-        CollectLookups(*e.args[1], scope, infos, out);
-        return;
-    }
-    if (e.kind != Expr::Kind::Binary || e.op != "=") return;
-    const Expr* col = e.args[0].get();
-    const Expr* lit = e.args[1].get();
-    if (col->kind != Expr::Kind::Column) std::swap(col, lit);
-    if (col->kind != Expr::Kind::Column || lit->kind != Expr::Kind::Literal) return;
+// The field of a table that a column reference of the WHERE clause names,
+// or none (an expression, a saved query's field, an ambiguous bare name).
+std::optional<Translation::LookupColumn> TableFieldOf(const Expr& col, const SourceScope& scope,
+                                                      const std::vector<SourceInfo>& infos) {
     Translation::LookupColumn found;
     for (std::size_t k = 0; k < scope.entries.size(); ++k) {
         const auto& entry = scope.entries[k];
-        if (!col->qualifier.empty() && !EqualNoCase(col->qualifier, entry.written) &&
-            !EqualNoCase(col->qualifier, entry.ref))
+        if (!col.qualifier.empty() && !EqualNoCase(col.qualifier, entry.written) &&
+            !EqualNoCase(col.qualifier, entry.ref))
             continue;
         for (const std::string& c : entry.columns) {
-            if (!EqualNoCase(c, col->name)) continue;
-            if (found.source >= 0) return;  // ambiguous: not ours to guess
+            if (!EqualNoCase(c, col.name)) continue;
+            if (found.source >= 0) return std::nullopt;  // ambiguous: not ours to guess
             found.source = static_cast<int>(k);
             found.column = c;
         }
     }
-    if (found.source >= 0 && !infos[static_cast<std::size_t>(found.source)].isQuery) out.push_back(found);
+    if (found.source < 0 || infos[static_cast<std::size_t>(found.source)].isQuery) return std::nullopt;
+    return found;
 }
 
 struct Output {
@@ -383,7 +375,9 @@ Writer::SelectResult Writer::WriteSelect(const Select& s, const NameScope* outer
 
     result.sql = std::move(sql);
     result.distinct = distinct;
-    if (top && s.where) CollectLookups(*s.where, scope, infos, result.lookupColumns);
+    if (top && s.where)
+        for (const Expr* col : ColumnsComparedWithLiterals(*s.where))
+            if (auto field = TableFieldOf(*col, scope, infos)) result.lookupColumns.push_back(std::move(*field));
     for (std::size_t k = 0; k < outs.size(); ++k) {
         OutputColumn c;
         c.name = finalNames[k];

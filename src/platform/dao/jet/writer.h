@@ -98,4 +98,9 @@ private:
 
 bool EqualNoCase(std::string_view a, std::string_view b);
 
+// The column references that `condition` (a WHERE clause or a criteria
+// string) compares by "=" with a literal in its top-level conjunction, as in
+// "[Owner ID]=5 And [OwnerType]=0": the comparisons an index can serve.
+std::vector<const Expr*> ColumnsComparedWithLiterals(const Expr& condition);
+
 }  // namespace zelvo::dao::jet
