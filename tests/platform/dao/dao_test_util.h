@@ -14,8 +14,19 @@
 
 #include "platform/core/error.h"
 #include "platform/dao/dbengine.h"
+#include "support/book_fixture.h"
+#include "support/temp_dir.h"
 
 namespace zelvo::testing {
+
+// A test over the small sample book, made afresh in a folder of its own.
+class SampleBookTest : public ::testing::Test {
+protected:
+    void SetUp() override { db = CreateSampleBook(path); }
+    TempDir dir;
+    std::string path = dir.File("AddressBookW.mdb");
+    dao::Database db;
+};
 
 // The engine error number `f` raises, or 0 when it raises none.
 template <class F>

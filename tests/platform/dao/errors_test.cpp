@@ -26,13 +26,7 @@ void WriteAll(const std::string& path, const std::string& bytes) {
     out << bytes;
 }
 
-class EngineErrors : public ::testing::Test {
-protected:
-    void SetUp() override { db = CreateSampleBook(path); }
-    TempDir dir;
-    std::string path = dir.File("AddressBookW.mdb");
-    Database db;
-};
+class EngineErrors : public SampleBookTest {};
 
 TEST_F(EngineErrors, MissingFilesAndFolders) {
     const std::string missing = dir.File("Missing.mdb");

@@ -14,13 +14,7 @@ namespace {
 using dao::Database;
 using dao::Recordset;
 
-class Find : public ::testing::Test {
-protected:
-    void SetUp() override { db = CreateSampleBook(path); }
-    TempDir dir;
-    std::string path = dir.File("AddressBookW.mdb");
-    Database db;
-};
+class Find : public SampleBookTest {};
 
 TEST_F(Find, ARowAddedThroughTheSetIsFoundAfterTheRowsItWasOpenedWith) {
     Recordset rs = db.OpenRecordset("Select * From PersonalData Order By FullName");

@@ -12,12 +12,7 @@ namespace {
 using dao::Database;
 using dao::Recordset;
 
-class RecordsetTest : public ::testing::Test {
-protected:
-    void SetUp() override { db = CreateSampleBook(dir.File("AddressBookW.mdb")); }
-    TempDir dir;
-    Database db;
-};
+class RecordsetTest : public SampleBookTest {};
 
 TEST_F(RecordsetTest, EmptySetHasNoCurrentRecordAndRefusesEveryMove) {
     Recordset rs = db.OpenRecordset("Select * From PersonalData Where FirstName = \"nobody at all\"");
