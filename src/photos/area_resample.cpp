@@ -16,22 +16,27 @@ struct Taps {
     std::vector<int> offset;      // per output pixel: where its weights start
 };
 
-Taps MakeTaps(int srcSize, int dstSize) {
+// `span` source pixels are spread over `dstSize` output pixels; the part of
+// the span beyond the source counts as its last pixel.
+Taps MakeTaps(int srcSize, double span, int dstSize) {
     Taps t;
     t.first.resize(std::size_t(dstSize));
     t.count.resize(std::size_t(dstSize));
     t.offset.resize(std::size_t(dstSize));
-    const double scale = double(srcSize) / dstSize;
+    const double scale = span / dstSize;
     for (int x = 0; x < dstSize; ++x) {
         const double a = x * scale, b = (x + 1) * scale;
-        int i0 = int(std::floor(a));
+        int i0 = std::min(srcSize - 1, int(std::floor(a)));
         int i1 = std::min(srcSize, int(std::ceil(b)));
         if (i1 <= i0) i1 = i0 + 1;
         t.first[std::size_t(x)] = i0;
         t.offset[std::size_t(x)] = int(t.weight.size());
         int n = 0;
         for (int i = i0; i < i1; ++i) {
-            const double cover = std::min<double>(b, i + 1) - std::max<double>(a, i);
+            // The last source pixel also takes whatever of the span lies
+            // beyond the source.
+            const double end = i + 1 == srcSize ? std::max<double>(b, i + 1) : i + 1;
+            const double cover = std::min<double>(b, end) - std::max<double>(a, i);
             if (cover <= 0) continue;
             if (n == 0) t.first[std::size_t(x)] = i;
             t.weight.push_back(float(cover / scale));
@@ -58,12 +63,18 @@ void Halve(const RgbView& src, int dstWidth, int dstHeight, std::uint8_t* dst, s
 }  // namespace
 
 void AreaResample(const RgbView& src, int dstWidth, int dstHeight, std::uint8_t* dst, std::ptrdiff_t dstStride) {
-    if (src.width == 2 * dstWidth && src.height == 2 * dstHeight) {
+    AreaResample(src, src.width, src.height, dstWidth, dstHeight, dst, dstStride);
+}
+
+void AreaResample(const RgbView& src, double spanWidth, double spanHeight, int dstWidth, int dstHeight,
+                  std::uint8_t* dst, std::ptrdiff_t dstStride) {
+    if (src.width == 2 * dstWidth && src.height == 2 * dstHeight && spanWidth == src.width &&
+        spanHeight == src.height) {
         Halve(src, dstWidth, dstHeight, dst, dstStride);
         return;
     }
-    const Taps tx = MakeTaps(src.width, dstWidth);
-    const Taps ty = MakeTaps(src.height, dstHeight);
+    const Taps tx = MakeTaps(src.width, spanWidth, dstWidth);
+    const Taps ty = MakeTaps(src.height, spanHeight, dstHeight);
     const std::size_t rowFloats = std::size_t(dstWidth) * 3;
 
     // Source rows are first narrowed to the output width; a row shared by

@@ -26,4 +26,12 @@ struct RgbView {
 // bytes a row; at least dstWidth * 3). Both sizes must be at least 1.
 void AreaResample(const RgbView& src, int dstWidth, int dstHeight, std::uint8_t* dst, std::ptrdiff_t dstStride);
 
+// The same over a span of spanWidth x spanHeight source pixels from the top
+// left corner, which may reach beyond the source: there its last column and
+// row repeat. Chroma subsampling uses it to give every sample exactly the
+// pixels a decoder spreads it back over, also where the image ends halfway
+// through a sample.
+void AreaResample(const RgbView& src, double spanWidth, double spanHeight, int dstWidth, int dstHeight,
+                  std::uint8_t* dst, std::ptrdiff_t dstStride);
+
 }  // namespace zelvo

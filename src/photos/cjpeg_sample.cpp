@@ -206,9 +206,15 @@ void cJpeg::SampleHDC(Hdc hDC, int Width, int Height, int SrcX, int SrcY, int& R
                 drawn = source;
             } else {
                 // Subsampling is the stretch of the source: the mean of the
-                // pixels each sample covers.
+                // pixels each sample covers. The stretch keeps the ratio of
+                // the sampling factors exactly, so a sample stands for the
+                // pixels a decoder spreads it back over; when the image ends
+                // within the last sample, its last column or row fills it.
+                // (Stretching Width to w itself would shift the samples a
+                // little more at every step, a pixel by the far edge.)
                 stretched.resize(std::size_t(w) * std::size_t(h) * 3);
-                AreaResample(source, w, h, stretched.data(), std::ptrdiff_t(w) * 3);
+                const double spanW = double(w) * hMax_ / c.H, spanH = double(h) * vMax_ / c.V;
+                AreaResample(source, spanW, spanH, w, h, stretched.data(), std::ptrdiff_t(w) * 3);
                 drawn = RgbView{stretched.data(), std::ptrdiff_t(w) * 3, w, h};
             }
             lastRoundW = rw;

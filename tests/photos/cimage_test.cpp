@@ -1,6 +1,7 @@
 // cImage: layout, copies, and the geometric and colour operations.
 #include <gtest/gtest.h>
 
+#include "photos/area_resample.h"
 #include "photos/cimage.h"
 
 namespace zelvo {
@@ -137,6 +138,17 @@ TEST(CImage, ResampleAveragesAreas) {
     EXPECT_EQ(Rows(*img->Resample(4, 2)), Rows(*img)) << "the same size is a copy";
     EXPECT_EQ(Rows(*row->Resample(6, 1)), (R{{0, 0, 0x5A5A5A, 0x5A5A5A, 0xB4B4B4, 0xB4B4B4}})) << "enlarging repeats";
     EXPECT_EQ(img->Resample(0, 3), nullptr);
+}
+
+// Chroma subsampling of an odd size: 3 pixels by 3 rows spread over a span
+// of 4 x 4 onto 2 x 2 samples; the last sample is the edge pixel alone.
+TEST(AreaResample, SpanBeyondTheSourceRepeatsItsEdge) {
+    const std::uint8_t px[3 * 3 * 3] = {10, 10, 10, 30, 30, 30, 200, 200, 200,   //
+                                        10, 10, 10, 30, 30, 30, 200, 200, 200,   //
+                                        90, 90, 90, 90, 90, 90, 0,   0,   0};
+    std::uint8_t out[2 * 2 * 3];
+    AreaResample(RgbView{px, 9, 3, 3}, 4.0, 4.0, 2, 2, out, 6);
+    EXPECT_EQ(std::vector<int>(out, out + 12), (std::vector<int>{20, 20, 20, 200, 200, 200, 90, 90, 90, 0, 0, 0}));
 }
 
 TEST(CImage, GreyscaleAndCopies) {

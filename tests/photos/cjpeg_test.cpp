@@ -114,23 +114,32 @@ LibjpegResult DecodeWithLibjpeg(const ByteVec& bytes) {
 }
 
 
-// libjpeg-turbo's own encoding with the closest settings, as the yardstick.
+// ---------------------------------------------------------------- tables
+
+// Zigzag position of each natural (row * 8 + column) position of a block.
+constexpr int kZigZag[64] = {0,  1,  5,  6,  14, 15, 27, 28, 2,  4,  7,  13, 16, 26, 29, 42,
+                             3,  8,  12, 17, 25, 30, 41, 43, 9,  11, 18, 24, 31, 40, 44, 53,
+                             10, 19, 23, 32, 39, 45, 52, 54, 20, 22, 33, 38, 46, 51, 55, 60,
+                             21, 34, 37, 47, 50, 56, 59, 61, 35, 36, 48, 49, 57, 58, 62, 63};
+
+int StepAt(const cJpeg& j, int slot, int row, int col) {
+    return j.QuantizationSteps(slot)[std::size_t(kZigZag[row * 8 + col])];
+}
+
+// libjpeg-turbo's encoding with the closest settings, as the yardstick. Its
+// quality scaling rounds ties up where ours rounds them to even, which alone
+// moves PSNR by up to a dB on some pictures; so it is handed our tables.
 ByteVec LibjpegEncode(const Picture& p) {
-    return testing::LibjpegEncode(p, [](jpeg_compress_struct& c) {
-        jpeg_set_quality(&c, 75, TRUE);
+    const cJpeg defaults;
+    unsigned steps[2][64];
+    for (int slot = 0; slot < 2; ++slot)
+        for (int n = 0; n < 64; ++n) steps[slot][n] = unsigned(StepAt(defaults, slot, n / 8, n % 8));
+    return testing::LibjpegEncode(p, [&](jpeg_compress_struct& c) {
+        jpeg_add_quant_table(&c, 0, steps[0], 100, TRUE);
+        jpeg_add_quant_table(&c, 1, steps[1], 100, TRUE);
         c.optimize_coding = TRUE;
         c.dct_method = JDCT_FLOAT;
     });
-}
-
-// ---------------------------------------------------------------- tables
-
-int StepAt(const cJpeg& j, int slot, int row, int col) {
-    static const int zz[64] = {0,  1,  5,  6,  14, 15, 27, 28, 2,  4,  7,  13, 16, 26, 29, 42,
-                               3,  8,  12, 17, 25, 30, 41, 43, 9,  11, 18, 24, 31, 40, 44, 53,
-                               10, 19, 23, 32, 39, 45, 52, 54, 20, 22, 33, 38, 46, 51, 55, 60,
-                               21, 34, 37, 47, 50, 56, 59, 61, 35, 36, 48, 49, 57, 58, 62, 63};
-    return j.QuantizationSteps(slot)[std::size_t(zz[row * 8 + col])];
 }
 
 TEST(CJpegQuality, StepsFollowTheScale) {
@@ -455,34 +464,22 @@ TEST(CJpegHuffman, OptimalTables) {
 
 TEST(CJpegRoundTrip, SharedImagesDecodeCloseToLibjpegTurbo) {
     ZELVO_NEEDS_SHARED_IMAGES();
-    // How far below libjpeg-turbo's own PSNR (same quality and sampling) our
-    // file may decode. Photos and smooth pictures are held tight; the
-    // exceptions say why.
-    struct Case {
-        const char* file;
-        double allowance;
-    };
-    const Case cases[] = {
-        {"astronaut.ppm", 0.3}, {"camera.ppm", 0.3}, {"camera.pgm", 0.3}, {"kodim04.ppm", 0.3},
-        {"kodim13.ppm", 0.3}, {"kodim15.ppm", 0.3}, {"kodim18.ppm", 0.3}, {"kodim23.ppm", 0.3},
-        {"kodim23.png", 0.3}, {"gen_640x480_gradient.ppm", 0.3}, {"gen_1x1.ppm", 0.3},
-        {"gen_8x8_checker.ppm", 0.3}, {"gen_16x16_quads.ppm", 0.3}, {"gen_17x9_noise.ppm", 0.5},
-        // Odd widths: chroma is the stretch of 33 columns onto 17, which a
-        // decoder spreads over 34; the white last column shows it.
-        {"gen_33x17_edges.ppm", 2.0},
-        // Itself decoded from a JPEG made with the tables that round ties
-        // up; ours round them to even, so it can't be matched.
-        {"testorig.ppm", 9.0},
-    };
-    for (const Case& c : cases) {
-        const Picture p = Load(c.file);
+    // Our file may decode at most 0.3 dB below libjpeg-turbo's with the same
+    // tables and sampling. The small pictures with odd sizes catch chroma
+    // samples that drift from where a decoder puts them.
+    const char* files[] = {"astronaut.ppm", "camera.ppm", "camera.pgm", "kodim04.ppm", "kodim13.ppm",
+                           "kodim15.ppm", "kodim18.ppm", "kodim23.ppm", "kodim23.png", "gen_640x480_gradient.ppm",
+                           "gen_1x1.ppm", "gen_8x8_checker.ppm", "gen_16x16_quads.ppm", "gen_17x9_noise.ppm",
+                           "gen_33x17_edges.ppm", "testorig.ppm"};
+    for (const char* file : files) {
+        const Picture p = Load(file);
         const ByteVec ours = PictureToJpeg(p);
         const auto decoded = DecodeWithLibjpeg(ours);
-        ASSERT_EQ(decoded.error, "") << c.file;
-        EXPECT_EQ(decoded.warnings, 0) << c.file;
+        ASSERT_EQ(decoded.error, "") << file;
+        EXPECT_EQ(decoded.warnings, 0) << file;
         const double reference = Psnr(p, DecodeWithLibjpeg(LibjpegEncode(p)).picture);
-        EXPECT_GT(Psnr(p, decoded.picture), reference - c.allowance) << c.file;
-        ExpectGoodTables(ours, c.file);
+        EXPECT_GT(Psnr(p, decoded.picture), reference - 0.3) << file;
+        ExpectGoodTables(ours, file);
     }
 }
 
