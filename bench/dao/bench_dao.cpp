@@ -222,8 +222,8 @@ int main(int argc, char** argv) {
     // c
     if (Wanted('c')) {
         std::string jet = ProjectQuery("Big");
-        double engine = Best(7, [&] { sink = WalkBack(db, jet); });
-        double rawTime = Best(7, [&] {
+        double engine = Best(15, [&] { sink = WalkBack(db, jet); });
+        double rawTime = Best(15, [&] {
             sqlite3_stmt* s = raw.Prepare(
                 "SELECT p.\"Personal ID\", p.FirstName, p.MiddleName, p.SurName, p.FullName, r.Project, r.InsArcPrj, "
                 "r.\"Owner ID\", r.OwnerType FROM Projects r, PersonalData p WHERE r.Project = 'Big' AND "

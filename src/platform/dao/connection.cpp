@@ -8,6 +8,7 @@
 #include <fstream>
 
 #include "platform/core/error.h"
+#include "platform/dao/jet/text_util.h"
 #include "platform/dao/lock_registry.h"
 #include "platform/dao/recordset_impl.h"
 
@@ -67,15 +68,9 @@ FieldProps InferProps(const std::string& name, const std::string& declType, bool
 }  // namespace
 
 bool SameName(std::string_view a, std::string_view b) {
-    if (a.size() == b.size()) {
-        bool ascii = true, equal = true;
-        for (size_t i = 0; i < a.size(); ++i) {
-            unsigned char x = static_cast<unsigned char>(a[i]), y = static_cast<unsigned char>(b[i]);
-            if ((x | y) & 0x80) { ascii = false; break; }
-            if (std::tolower(x) != std::tolower(y)) equal = false;
-        }
-        if (ascii) return equal;
-    }
+    // Names are nearly always plain ASCII: compared here without a call per
+    // character. Only a name with other letters goes to ICU.
+    if (jet::IsAscii(a) && jet::IsAscii(b)) return SameAsciiName(a, b);
     return jet::CompareText(a, b) == 0;
 }
 

@@ -54,6 +54,17 @@ struct QuerySchema {
 // Case-insensitive comparison of object and field names, as the engine does.
 bool SameName(std::string_view a, std::string_view b);
 
+// SameName for two names known to be plain ASCII: a byte compare that
+// ignores the case of letters.
+inline bool SameAsciiName(std::string_view a, std::string_view b) {
+    if (a.size() != b.size()) return false;
+    for (size_t i = 0; i < a.size(); ++i) {
+        unsigned char x = static_cast<unsigned char>(a[i]), y = static_cast<unsigned char>(b[i]);
+        if (x != y && ((x | 0x20) != (y | 0x20) || (x | 0x20) < 'a' || (x | 0x20) > 'z')) return false;
+    }
+    return true;
+}
+
 // Writes `name` as a quoted SQLite identifier.
 std::string QuoteName(std::string_view name);
 

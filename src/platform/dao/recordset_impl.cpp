@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "platform/dao/jet/text_util.h"
 #include "platform/dao/sql_text.h"
 
 namespace zelvo::dao::detail {
@@ -91,6 +92,7 @@ std::shared_ptr<const RecordsetLayout> RecordsetImpl::MakeLayout(Connection& con
         Column c;
         c.name = oc.name;
         c.source = oc.source;
+        c.asciiName = jet::IsAscii(c.name);
         const char* table = sqlite3_column_table_name(st, i);
         const char* origin = sqlite3_column_origin_name(st, i);
         if (table && origin) {
@@ -138,6 +140,7 @@ void RecordsetImpl::Start() {
 
     // Requery takes the layout afresh too: the tables may have changed since
     // the set was opened, and keys must not be read from the wrong columns.
+    for (RecentName& r : recentNames_) r.index = -1;
     layout_ = p.cached ? conn_->LayoutOf(tr_.get()) : nullptr;
     if (!layout_) {
         layout_ = MakeLayout(*conn_, *tr_, live_.get());
@@ -166,7 +169,14 @@ bool RecordsetImpl::FetchOne() {
         live_.Release();
         return false;
     }
-    rows_.push_back(ReadRow(live_.get(), static_cast<int>(cols().size()), &arena_));
+    // Read in place: a row is big enough that building it aside and moving
+    // it in shows in a walk over thousands.
+    try {
+        ReadRow(live_.get(), static_cast<int>(cols().size()), rows_.emplace_back(), &arena_);
+    } catch (...) {
+        rows_.pop_back();
+        throw;
+    }
     return true;
 }
 
@@ -181,32 +191,37 @@ namespace {
 
 // Reads column `col` of the current result row as the field `c` is typed and
 // hands it to `out` (a PackedValues::Builder, or VariantSink for one value).
+// The column is taken once as a value and read through it: every
+// sqlite3_column_* call checks the statement again, and a row of a big
+// record set would pay that three times a field. (The value is unprotected,
+// which is safe: a connection is used by one thread at a time.)
 template <class Sink>
 void DecodeColumn(sqlite3_stmt* st, int col, const RecordsetColumn& c, Sink& out) {
-    int type = sqlite3_column_type(st, col);
+    sqlite3_value* v = sqlite3_column_value(st, col);
+    int type = sqlite3_value_type(v);
     if (type == SQLITE_NULL) return out.Null();
     auto text = [&] {
-        const unsigned char* p = sqlite3_column_text(st, col);
-        out.Text(std::string_view(reinterpret_cast<const char*>(p), static_cast<size_t>(sqlite3_column_bytes(st, col))));
+        const unsigned char* p = sqlite3_value_text(v);
+        out.Text(std::string_view(reinterpret_cast<const char*>(p), static_cast<size_t>(sqlite3_value_bytes(v))));
     };
     auto blob = [&] {
-        const auto* p = static_cast<const std::uint8_t*>(sqlite3_column_blob(st, col));
-        out.Bytes(p, static_cast<size_t>(sqlite3_column_bytes(st, col)));
+        const auto* p = static_cast<const std::uint8_t*>(sqlite3_value_blob(v));
+        out.Bytes(p, static_cast<size_t>(sqlite3_value_bytes(v)));
     };
     if (c.known) {
         switch (c.props.type) {
-            case dbBoolean: return out.Boolean(sqlite3_column_int64(st, col) != 0);
+            case dbBoolean: return out.Boolean(sqlite3_value_int64(v) != 0);
             case dbByte: case dbInteger: case dbLong:
-                if (type == SQLITE_INTEGER) return out.Integer(sqlite3_column_int64(st, col));
-                return out.Integer(std::llround(sqlite3_column_double(st, col)));
+                if (type == SQLITE_INTEGER) return out.Integer(sqlite3_value_int64(v));
+                return out.Integer(std::llround(sqlite3_value_double(v)));
             case dbText: case dbMemo: return text();
             case dbLongBinary: return blob();
-            default: return out.Double(sqlite3_column_double(st, col));
+            default: return out.Double(sqlite3_value_double(v));
         }
     }
     switch (type) {
-        case SQLITE_INTEGER: return out.Integer(sqlite3_column_int64(st, col));
-        case SQLITE_FLOAT: return out.Double(sqlite3_column_double(st, col));
+        case SQLITE_INTEGER: return out.Integer(sqlite3_value_int64(v));
+        case SQLITE_FLOAT: return out.Double(sqlite3_value_double(v));
         case SQLITE_BLOB: return blob();
         default: return text();
     }
@@ -224,23 +239,21 @@ struct VariantSink {
 
 }  // namespace
 
-RecordsetImpl::Row RecordsetImpl::ReadRow(sqlite3_stmt* st, int keyOffset, RowArena* arena) const {
-    const int n = static_cast<int>(cols().size());
-    size_t payload = 0;
-    for (int i = 0; i < n; ++i) {
-        // Asking a number for its length in bytes would turn it into text.
-        int type = sqlite3_column_type(st, i);
-        payload += (type == SQLITE_TEXT || type == SQLITE_BLOB) ? static_cast<size_t>(sqlite3_column_bytes(st, i)) + 4 : 8;
-    }
-    PackedValues::Builder values(scratch_, static_cast<size_t>(n), payload);
-    for (int i = 0; i < n; ++i) DecodeColumn(st, i, cols()[static_cast<size_t>(i)], values);
+RecordsetImpl::Row RecordsetImpl::ReadRow(sqlite3_stmt* st, int keyOffset) const {
     Row r;
+    ReadRow(st, keyOffset, r, nullptr);
+    return r;
+}
+
+void RecordsetImpl::ReadRow(sqlite3_stmt* st, int keyOffset, Row& r, RowArena* arena) const {
+    const int n = static_cast<int>(cols().size());
+    PackedValues::Builder values(staging_, static_cast<size_t>(n));
+    for (int i = 0; i < n; ++i) DecodeColumn(st, i, cols()[static_cast<size_t>(i)], values);
     r.values = values.Finish(arena);
     for (size_t k = 0; k < layout_->keySources.size(); ++k) {
-        int col = keyOffset + static_cast<int>(k);
-        r.keys.push_back(sqlite3_column_type(st, col) == SQLITE_NULL ? kNoKey : sqlite3_column_int64(st, col));
+        sqlite3_value* key = sqlite3_column_value(st, keyOffset + static_cast<int>(k));
+        r.keys.push_back(sqlite3_value_type(key) == SQLITE_NULL ? kNoKey : sqlite3_value_int64(key));
     }
-    return r;
 }
 
 
@@ -256,25 +269,25 @@ void RecordsetImpl::CheckOpen() const {
     if (!conn_) throw DaoError(kObjectInvalid);
 }
 
-namespace {
-
-bool IsAscii(std::string_view s) {
-    for (char c : s)
-        if (static_cast<unsigned char>(c) & 0x80) return false;
-    return true;
-}
-
-}  // namespace
-
 int RecordsetImpl::FieldIndex(std::string_view name) const {
     CheckOpen();
-    // Fields are read by name in every loop of the book's code: a plain
-    // ASCII name is matched against the few field names directly, without
-    // folding it into a new string first.
-    if (IsAscii(name)) {
+    if (name.empty()) return FindField(name);
+    RecentName& recent = recentNames_[(name.size() * 31 + static_cast<unsigned char>(name.front()) +
+                                       static_cast<unsigned char>(name.back())) % recentNames_.size()];
+    if (recent.index >= 0 && recent.name == name) return recent.index;
+    const int index = FindField(name);
+    recent.name = name;
+    recent.index = index;
+    return index;
+}
+
+int RecordsetImpl::FindField(std::string_view name) const {
+    // A plain ASCII name is matched against the few field names directly,
+    // without folding it into a new string first.
+    if (jet::IsAscii(name)) {
         const auto& c = cols();
         for (size_t i = 0; i < c.size(); ++i)
-            if (SameName(c[i].name, name)) return static_cast<int>(i);
+            if (c[i].asciiName ? SameAsciiName(c[i].name, name) : SameName(c[i].name, name)) return static_cast<int>(i);
     }
     auto it = layout_->byName.find(FoldName(name));
     if (it == layout_->byName.end()) throw DaoError(kItemNotFound);

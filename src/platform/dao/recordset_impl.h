@@ -12,8 +12,8 @@
 // knowing its place; the place is found the first time it is needed.
 #pragma once
 
+#include <array>
 #include <cstdint>
-#include <deque>
 #include <memory>
 #include <optional>
 #include <string>
@@ -30,6 +30,7 @@ namespace zelvo::dao::detail {
 // One field of a record set, as the translation and the catalog describe it.
 struct RecordsetColumn {
     std::string name;
+    bool asciiName = false;  // the name is plain ASCII (the common, fast case)
     int source = -1;       // translation source, -1 for an expression
     std::string table;     // base table of the column, "" when unknown
     std::string column;    // its name there
@@ -111,9 +112,11 @@ private:
                                                              sqlite3_stmt* stmt);
     bool FetchOne();                    // read one more row; false at the end
     bool EnsureRow(std::int64_t index); // read up to `index`; false when there is no such row
-    // A row of the result; its bytes go to `arena` for rows the set keeps,
-    // to the heap for rows looked at on the side (nullptr).
-    Row ReadRow(sqlite3_stmt* stmt, int keyOffset, RowArena* arena = nullptr) const;
+    // The current row of `stmt` into `row`, its bytes in `arena` (rows the
+    // set keeps), or as a row of its own on the heap (rows looked at on the
+    // side).
+    void ReadRow(sqlite3_stmt* stmt, int keyOffset, Row& row, RowArena* arena) const;
+    Row ReadRow(sqlite3_stmt* stmt, int keyOffset) const;
     void ForgetRows();                  // drop every row read
     Variant ReadValue(sqlite3_stmt* stmt, int col, const Column& c) const;
     void CheckOpen() const;
@@ -138,12 +141,22 @@ private:
 
     std::shared_ptr<const RecordsetLayout> layout_;
     const std::vector<Column>& cols() const { return layout_->cols; }
+    int FindField(std::string_view name) const;
 
-    // A deque: growing it never moves the rows read so far (a vector would
-    // copy a hundred thousand of them a few times over while a set is read).
+    // Names looked up lately, as the caller wrote them: a loop reads the same
+    // few fields row after row, and a name seen before is found again by one
+    // compare of its bytes. Emptied whenever the layout is taken anew.
+    struct RecentName {
+        std::string name;
+        int index = -1;
+    };
+    mutable std::array<RecentName, 8> recentNames_;
+
+    // Growing the list never moves the rows read so far (a vector would copy
+    // a hundred thousand of them a few times over while a set is read).
     RowArena arena_;               // declared before rows_, which point into it
-    mutable std::string scratch_;  // where ReadRow packs a row before keeping it
-    std::deque<Row> rows_;
+    mutable std::vector<PackedValues::Builder::Staged> staging_;  // where ReadRow notes a row's values
+    ChunkedList<Row> rows_;
     mutable std::unordered_multimap<std::size_t, std::int64_t> keyIndex_;  // key hash → index in rows_
     mutable std::int64_t indexed_ = 0;  // rows_ entered in keyIndex_ so far
     std::int64_t pos_ = -1;        // index into rows_, -1 before the first, rows_.size() after the last

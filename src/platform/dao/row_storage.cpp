@@ -11,13 +11,6 @@ namespace {
 enum : char { kNull = 0, kInteger, kDouble, kBoolean, kText, kBytes };
 
 template <class T>
-void Append(std::string& out, T v) {
-    char buf[sizeof(T)];
-    std::memcpy(buf, &v, sizeof(T));
-    out.append(buf, sizeof(T));
-}
-
-template <class T>
 T Read(const char* p) {
     T v;
     std::memcpy(&v, p, sizeof(T));
@@ -97,47 +90,42 @@ void RowArena::Clear() {
 
 // ------------------------------------------------------------ PackedValues
 
-PackedValues::Builder::Builder(std::string& scratch, std::size_t count, std::size_t payloadHint)
-    : data_(scratch), count_(count) {
-    data_.clear();
-    data_.reserve(count * (sizeof(std::uint32_t) + 1) + payloadHint);
-    data_.resize(count * sizeof(std::uint32_t));
+PackedValues::Builder::Builder(std::vector<Staged>& staging, std::size_t count) : staged_(staging), count_(count) {
+    staged_.resize(count);
 }
 
-void PackedValues::Builder::Begin(char kind) {
-    auto offset = static_cast<std::uint32_t>(data_.size());
-    std::memcpy(data_.data() + next_ * sizeof(std::uint32_t), &offset, sizeof offset);
-    ++next_;
-    data_.push_back(kind);
-}
-
-void PackedValues::Builder::Null() { Begin(kNull); }
+void PackedValues::Builder::Null() { Next().kind = kNull; }
 
 void PackedValues::Builder::Integer(std::int64_t v) {
-    Begin(kInteger);
-    Append(data_, v);
+    Staged& s = Next();
+    s.kind = kInteger;
+    s.integer = v;
 }
 
 void PackedValues::Builder::Double(double v) {
-    Begin(kDouble);
-    Append(data_, v);
+    Staged& s = Next();
+    s.kind = kDouble;
+    s.real = v;
 }
 
 void PackedValues::Builder::Boolean(bool v) {
-    Begin(kBoolean);
-    data_.push_back(v ? 1 : 0);
+    Staged& s = Next();
+    s.kind = kBoolean;
+    s.integer = v ? 1 : 0;
 }
 
 void PackedValues::Builder::Text(std::string_view v) {
-    Begin(kText);
-    Append(data_, static_cast<std::uint32_t>(v.size()));
-    data_.append(v);
+    Staged& s = Next();
+    s.kind = kText;
+    s.size = static_cast<std::uint32_t>(v.size());
+    s.bytes = v.data();
 }
 
 void PackedValues::Builder::Bytes(const std::uint8_t* data, std::size_t size) {
-    Begin(kBytes);
-    Append(data_, static_cast<std::uint32_t>(size));
-    data_.append(reinterpret_cast<const char*>(data), size);
+    Staged& s = Next();
+    s.kind = kBytes;
+    s.size = static_cast<std::uint32_t>(size);
+    s.bytes = reinterpret_cast<const char*>(data);
 }
 
 void PackedValues::Builder::Add(const Variant& v) {
@@ -153,15 +141,37 @@ void PackedValues::Builder::Add(const Variant& v) {
 
 PackedValues PackedValues::Builder::Finish(RowArena* arena) {
     while (next_ < count_) Null();
-    if (arena) {
-        char* bytes = arena->Allocate(data_.size());
-        std::memcpy(bytes, data_.data(), data_.size());
-        return PackedValues(bytes, data_.size(), count_, nullptr);
+    std::size_t size = count_ * sizeof(std::uint32_t);
+    for (const Staged& v : staged_) {
+        size += 1;
+        switch (v.kind) {
+            case kInteger: case kDouble: size += 8; break;
+            case kBoolean: size += 1; break;
+            case kText: case kBytes: size += sizeof(std::uint32_t) + v.size; break;
+            default: break;
+        }
     }
-    auto owned = std::make_unique<char[]>(data_.size());
-    std::memcpy(owned.get(), data_.data(), data_.size());
-    const char* bytes = owned.get();
-    return PackedValues(bytes, data_.size(), count_, std::move(owned));
+    std::unique_ptr<char[]> owned;
+    char* const bytes = arena ? arena->Allocate(size) : (owned = std::make_unique<char[]>(size)).get();
+    char* out = bytes + count_ * sizeof(std::uint32_t);
+    for (std::size_t i = 0; i < count_; ++i) {
+        const Staged& v = staged_[i];
+        const auto offset = static_cast<std::uint32_t>(out - bytes);
+        std::memcpy(bytes + i * sizeof(std::uint32_t), &offset, sizeof offset);
+        *out++ = v.kind;
+        switch (v.kind) {
+            case kInteger: case kDouble: std::memcpy(out, &v.integer, 8); out += 8; break;
+            case kBoolean: *out++ = v.integer ? 1 : 0; break;
+            case kText: case kBytes:
+                std::memcpy(out, &v.size, sizeof v.size);
+                out += sizeof v.size;
+                if (v.size) std::memcpy(out, v.bytes, v.size);
+                out += v.size;
+                break;
+            default: break;
+        }
+    }
+    return PackedValues(bytes, size, count_, std::move(owned));
 }
 
 PackedValues::PackedValues(const char* data, std::size_t size, std::size_t count, std::unique_ptr<char[]> owned)
@@ -199,8 +209,8 @@ PackedValues& PackedValues::operator=(PackedValues&& other) noexcept {
 }
 
 PackedValues PackedValues::Of(const std::vector<Variant>& values) {
-    std::string scratch;
-    Builder b(scratch, values.size());
+    std::vector<Builder::Staged> staging;
+    Builder b(staging, values.size());
     for (const Variant& v : values) b.Add(v);
     return b.Finish();
 }
@@ -239,11 +249,7 @@ void RowKeys::assign(std::size_t count, std::int64_t value) {
     }
 }
 
-void RowKeys::push_back(std::int64_t value) {
-    if (size_ < kInline) {
-        inline_[size_++] = value;
-        return;
-    }
+void RowKeys::PushBackToHeap(std::int64_t value) {
     if (size_ == kInline) heap_.assign(inline_, inline_ + kInline);
     heap_.push_back(value);
     ++size_;

@@ -6,6 +6,7 @@
 // anew would otherwise fault in fresh pages for every row, every time).
 #pragma once
 
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -41,11 +42,22 @@ private:
 // or binary value. An offset table in front finds value i at once.
 class PackedValues {
 public:
-    // Builds a row value by value in `scratch` (whose capacity is reused
-    // from row to row); `count` values must follow.
+    // Builds a row value by value. Values are only noted as they come (a
+    // text or byte value by reference: its bytes must stay valid until
+    // Finish), and Finish writes the row once, at its exact size. The
+    // staging vector is the caller's, so its capacity serves row after row.
     class Builder {
     public:
-        Builder(std::string& scratch, std::size_t count, std::size_t payloadHint = 0);
+        struct Staged {
+            char kind;
+            std::uint32_t size;  // of a text or byte value
+            union {
+                std::int64_t integer;
+                double real;
+                const char* bytes;
+            };
+        };
+        Builder(std::vector<Staged>& staging, std::size_t count);
         void Null();
         void Integer(std::int64_t v);
         void Double(double v);
@@ -57,8 +69,8 @@ public:
         PackedValues Finish(RowArena* arena = nullptr);
 
     private:
-        void Begin(char kind);
-        std::string& data_;
+        Staged& Next() { return staged_[next_++]; }
+        std::vector<Staged>& staged_;
         std::size_t count_;
         std::size_t next_ = 0;
     };
@@ -91,7 +103,13 @@ public:
     RowKeys() = default;
     RowKeys(std::size_t count, std::int64_t value) { assign(count, value); }
     void assign(std::size_t count, std::int64_t value);
-    void push_back(std::int64_t value);
+    void push_back(std::int64_t value) {
+        if (size_ < kInline) {
+            inline_[size_++] = value;
+            return;
+        }
+        PushBackToHeap(value);
+    }
     std::size_t size() const { return size_; }
     std::int64_t& operator[](std::size_t i) { return size_ <= kInline ? inline_[i] : heap_[i]; }
     std::int64_t operator[](std::size_t i) const { return size_ <= kInline ? inline_[i] : heap_[i]; }
@@ -99,10 +117,57 @@ public:
     std::size_t Hash() const;
 
 private:
+    void PushBackToHeap(std::int64_t value);
     static constexpr std::size_t kInline = 3;
     std::size_t size_ = 0;
     std::int64_t inline_[kInline] = {};
     std::vector<std::int64_t> heap_;  // all keys, when there are more than kInline
+};
+
+// The rows of a record set in read order. Like std::deque it grows without
+// moving what it holds, but its chunks double in size (8 rows, 16, 32, ...),
+// so a set of one row costs one small chunk and a set of a hundred thousand
+// a few big ones, and a row is found by a bit count instead of a division
+// (libstdc++'s deque holds only five rows of this size per block). Slots are
+// built with their chunk and emptied on pop_back.
+template <class T>
+class ChunkedList {
+public:
+    std::size_t size() const { return size_; }
+    T& operator[](std::size_t i) { return At(i); }
+    const T& operator[](std::size_t i) const { return const_cast<ChunkedList*>(this)->At(i); }
+
+    T& emplace_back() {
+        if (size_ == capacity_) {
+            const std::size_t chunk = kFirst << chunks_.size();
+            chunks_.push_back(std::make_unique<T[]>(chunk));
+            capacity_ += chunk;
+        }
+        return At(size_++);
+    }
+    void push_back(T&& value) { emplace_back() = std::move(value); }
+    void pop_back() { At(--size_) = T(); }
+    void clear() {
+        chunks_.clear();
+        size_ = capacity_ = 0;
+    }
+
+private:
+    static constexpr std::size_t kFirstBits = 3;
+    static constexpr std::size_t kFirst = std::size_t{1} << kFirstBits;
+
+    // Chunk c holds the rows from kFirst * (2^c - 1) on; with p = i + kFirst,
+    // c is the place of p's highest bit less kFirstBits, and the rest of p's
+    // bits are the offset in the chunk.
+    T& At(std::size_t i) {
+        const std::size_t p = i + kFirst;
+        const int high = std::bit_width(p) - 1;
+        return chunks_[std::size_t(high) - kFirstBits][p - (std::size_t{1} << high)];
+    }
+
+    std::vector<std::unique_ptr<T[]>> chunks_;
+    std::size_t size_ = 0;
+    std::size_t capacity_ = 0;
 };
 
 }  // namespace zelvo::dao::detail

@@ -28,14 +28,45 @@ TEST(RowStorage, PackedValuesGiveBackEveryKindUnchanged) {
     EXPECT_EQ(copy.Get(6), in[6]);
 }
 
-TEST(RowStorage, ABuilderLeftShortFillsTheRestWithNull) {
-    std::string scratch;
-    PackedValues::Builder b(scratch, 3);
-    b.Text("x");
-    PackedValues p = b.Finish();
-    EXPECT_EQ(p.Get(0), Variant(std::string("x")));
-    EXPECT_TRUE(p.Get(1).IsNull());
-    EXPECT_TRUE(p.Get(2).IsNull());
+TEST(RowStorage, ABuilderLeftShortFillsTheRestWithNullAndStagingKeepsNothing) {
+    std::vector<PackedValues::Builder::Staged> staging;
+    RowArena arena;
+    PackedValues::Builder first(staging, 3);
+    first.Text("a longer text than fits inline");
+    first.Integer(7);
+    first.Double(0.5);
+    PackedValues a = first.Finish(&arena);
+
+    // The next row reuses the staging, as a record set does row by row.
+    PackedValues::Builder second(staging, 3);
+    second.Text("x");
+    PackedValues b = second.Finish(&arena);
+    EXPECT_EQ(b.Get(0), Variant(std::string("x")));
+    EXPECT_TRUE(b.Get(1).IsNull());
+    EXPECT_TRUE(b.Get(2).IsNull());
+    EXPECT_EQ(a.Unpack(), (std::vector<Variant>{Variant(std::string("a longer text than fits inline")),
+                                                Variant(std::int64_t{7}), Variant(0.5)}));
+}
+
+TEST(RowStorage, ChunkedListKeepsItsRowsInPlaceAcrossChunks) {
+    ChunkedList<PackedValues> list;
+    std::vector<const PackedValues*> places;
+    for (std::int64_t i = 0; i < 600; ++i) {
+        list.push_back(PackedValues::Of({Variant(i)}));
+        places.push_back(&list[std::size_t(i)]);
+    }
+    ASSERT_EQ(list.size(), 600u);
+    for (std::size_t i = 0; i < 600; i += 97) {
+        EXPECT_EQ(&list[i], places[i]) << "growing moved row " << i;
+        EXPECT_EQ(list[i].Get(0), Variant(std::int64_t(i)));
+    }
+    list.pop_back();
+    EXPECT_EQ(list.size(), 599u);
+    EXPECT_EQ(list.emplace_back().size(), 0u) << "a slot given back comes back empty";
+    list.clear();
+    EXPECT_EQ(list.size(), 0u);
+    list.push_back(PackedValues::Of({Variant(true)}));
+    EXPECT_EQ(list[0].Get(0), Variant(true));
 }
 
 TEST(RowStorage, KeysCompareAndHashByValueInlineOrNot) {

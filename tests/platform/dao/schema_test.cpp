@@ -223,9 +223,16 @@ TEST_F(Schema, ARecordSetRequeriedAfterItsTableChangedEditsTheRightRows) {
     rs.Update();
     EXPECT_EQ(Rows(db, "Projects", "Project"), "P1,P2,changed");
 
+    // Fields read by name before the change are found anew after it.
+    EXPECT_EQ(rs("OwnerType").AsInteger(), 0);
+    EXPECT_EQ(rs("Level").AsInteger(), 1);
     t.Fields().Delete("OwnerType");
     rs.Requery();
     EXPECT_EQ(ErrorOf([&] { rs("OwnerType"); }), 3265);
+    rs.MoveLast();
+    EXPECT_EQ(rs("Level").AsInteger(), 1);
+    EXPECT_EQ(rs("Project").AsText(), "changed");
+    rs.MoveFirst();
     rs.Delete();
     EXPECT_EQ(Rows(db, "Projects", "Project"), "P2,changed");
 }

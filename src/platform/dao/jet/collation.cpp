@@ -18,6 +18,7 @@
 #include <unicode/ucol.h>
 
 #include "platform/dao/jet/jet_sql.h"
+#include "platform/dao/jet/text_util.h"
 
 namespace zelvo::dao::jet {
 
@@ -48,12 +49,6 @@ public:
     }
 
 private:
-    static bool IsAscii(std::string_view s) {
-        for (unsigned char c : s)
-            if (c >= 0x80) return false;
-        return true;
-    }
-
     int CompareAscii(std::string_view a, std::string_view b) const {
         std::size_t i = 0, j = 0;
         for (;;) {

@@ -19,4 +19,11 @@ std::u32string FoldCase(std::u32string s);
 char32_t ToUpper(char32_t c);
 char32_t ToLower(char32_t c);
 
+// True when `s` has no byte above 127: the common case, which has fast paths.
+inline bool IsAscii(std::string_view s) {
+    for (char c : s)
+        if (static_cast<unsigned char>(c) & 0x80) return false;
+    return true;
+}
+
 }  // namespace zelvo::dao::jet
