@@ -106,6 +106,16 @@ std::size_t RawReadFive(sqlite3_stmt* s) {
     return n;
 }
 
+// Prepares `sql`, steps through all its rows reading their first five
+// columns, finalizes: the raw side of a walk.
+std::size_t RawWalk(const Raw& raw, const std::string& sql) {
+    sqlite3_stmt* s = raw.Prepare(sql);
+    std::size_t n = 0;
+    while (sqlite3_step(s) == SQLITE_ROW) n += RawReadFive(s);
+    sqlite3_finalize(s);
+    return n;
+}
+
 // b on its own, in a process of its own: its peak resident memory.
 long WalkPeakKilobytes(const std::string& self, const std::string& book) {
     pid_t child = fork();
@@ -208,12 +218,9 @@ int main(int argc, char** argv) {
     if (Wanted('b')) {
         double engine = Best(5, [&] { sink = WalkBack(db, "PersonalData"); });
         double rawTime = Best(5, [&] {
-            sqlite3_stmt* s = raw.Prepare(
-                "SELECT \"Personal ID\", FirstName, MiddleName, SurName, FullName FROM PersonalData ORDER BY rowid DESC");
-            std::size_t n = 0;
-            while (sqlite3_step(s) == SQLITE_ROW) n += RawReadFive(s);
-            sink = n;
-            sqlite3_finalize(s);
+            sink = RawWalk(raw,
+                           "SELECT \"Personal ID\", FirstName, MiddleName, SurName, FullName FROM PersonalData "
+                           "ORDER BY rowid DESC");
         });
         Report("b  open, MoveLast, walk back reading 5 fields", "ms", engine, rawTime, "<= 3x raw");
         std::printf("b  peak memory of a process that only walks: %.1f MB (target <= 150 MB)\n",
@@ -224,14 +231,11 @@ int main(int argc, char** argv) {
         std::string jet = ProjectQuery("Big");
         double engine = Best(15, [&] { sink = WalkBack(db, jet); });
         double rawTime = Best(15, [&] {
-            sqlite3_stmt* s = raw.Prepare(
-                "SELECT p.\"Personal ID\", p.FirstName, p.MiddleName, p.SurName, p.FullName, r.Project, r.InsArcPrj, "
-                "r.\"Owner ID\", r.OwnerType FROM Projects r, PersonalData p WHERE r.Project = 'Big' AND "
-                "r.InsArcPrj = 0 AND r.\"Owner ID\" = p.\"Personal ID\" AND r.OwnerType = 0");
-            std::size_t n = 0;
-            while (sqlite3_step(s) == SQLITE_ROW) n += RawReadFive(s);
-            sink = n;
-            sqlite3_finalize(s);
+            sink = RawWalk(raw,
+                           "SELECT p.\"Personal ID\", p.FirstName, p.MiddleName, p.SurName, p.FullName, r.Project, "
+                           "r.InsArcPrj, r.\"Owner ID\", r.OwnerType FROM Projects r, PersonalData p WHERE "
+                           "r.Project = 'Big' AND r.InsArcPrj = 0 AND r.\"Owner ID\" = p.\"Personal ID\" AND "
+                           "r.OwnerType = 0");
         });
         Report("c  project query of 10,000 members: open, walk back", "ms", engine, rawTime, "<= 2x raw");
     }

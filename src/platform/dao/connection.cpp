@@ -35,18 +35,11 @@ bool IsSystemObject(std::string_view name) {
 }
 
 // The header every SQLite 3 file begins with.
-bool HasSqliteHeader(const std::string& path, bool& empty) {
+bool HasSqliteHeader(const std::string& path) {
     std::ifstream in(path, std::ios::binary);
     char header[16] = {};
     in.read(header, sizeof header);
-    empty = in.gcount() == 0;
     return in.gcount() == 16 && std::memcmp(header, "SQLite format 3", 16) == 0;
-}
-
-std::string HostName() {
-    char buf[256] = {};
-    if (gethostname(buf, sizeof buf - 1) != 0) return "localhost";
-    return buf;
 }
 
 // The field's properties as a table made outside the engine declares them.
@@ -66,6 +59,12 @@ FieldProps InferProps(const std::string& name, const std::string& declType, bool
 }
 
 }  // namespace
+
+std::string HostName() {
+    char buf[256] = {};
+    if (gethostname(buf, sizeof buf - 1) != 0) return "localhost";
+    return buf;
+}
 
 bool SameName(std::string_view a, std::string_view b) {
     // Names are nearly always plain ASCII: compared here without a call per
@@ -147,8 +146,7 @@ std::shared_ptr<Connection> Connection::Open(const std::string& path, const Opti
     if (options.create && exists) throw DaoError(kDatabaseExists);
     if (!options.create) {
         if (!exists || fs::is_directory(p, ec)) throw DaoError(kFileNotFound, path);
-        bool empty = false;
-        if (!HasSqliteHeader(path, empty)) throw DaoError(kUnrecognizedFormat, path);
+        if (!HasSqliteHeader(path)) throw DaoError(kUnrecognizedFormat, path);
     }
 
     std::shared_ptr<Connection> c(new Connection());
@@ -524,7 +522,7 @@ StatementLease Connection::PrepareRaw(const std::string& sql) {
             ThrowSqlite(sqlite3_extended_errcode(db_));
         if (it == cache_.end()) cache_.emplace(key, CacheEntry{nullptr, {}});
     }
-    return StatementLease(shared_from_this(), key, stmt, generation_);
+    return StatementLease(shared_from_this(), std::move(key), stmt, generation_);
 }
 
 void Connection::ReturnStatement(const std::string& key, sqlite3_stmt* stmt, std::uint64_t generation) {
@@ -642,6 +640,7 @@ void Connection::EnsureLookupIndex(const std::string& table, const std::string& 
         // Statistics let the planner prefer a selective index over a poor one.
         ExecRaw("ANALYZE " + index);
         SchemaChanged();
+        indexedColumns_.insert(key);  // the change forgot it with the rest
     } catch (const Error& e) {
         RecordSwallowed(e, "Engine.EnsureLookupIndex");
         Err().Clear();

@@ -54,6 +54,9 @@ struct QuerySchema {
 // Case-insensitive comparison of object and field names, as the engine does.
 bool SameName(std::string_view a, std::string_view b);
 
+// This machine's name, for the lock messages that name who holds the file.
+std::string HostName();
+
 // SameName for two names known to be plain ASCII: a byte compare that
 // ignores the case of letters.
 inline bool SameAsciiName(std::string_view a, std::string_view b) {
@@ -209,11 +212,9 @@ private:
         std::vector<sqlite3_stmt*> idle;
     };
     std::uint64_t generation_ = 1;  // bumped when the schema changes
-    std::int64_t cacheSchemaVersion_ = -1;
     std::unordered_map<std::string, CacheEntry> cache_;
     std::unordered_map<const jet::Translation*, std::shared_ptr<const RecordsetLayout>> layouts_;
     sqlite3_stmt* schemaVersionStmt_ = nullptr;
-    std::int64_t lastSchemaCheck_ = -1;
 
     std::set<RecordsetImpl*> recordsets_;
     std::set<std::string> indexedColumns_;  // "table\ncolumn" already looked after

@@ -140,7 +140,6 @@ void RecordsetImpl::Start() {
 
     // Requery takes the layout afresh too: the tables may have changed since
     // the set was opened, and keys must not be read from the wrong columns.
-    for (RecentName& r : recentNames_) r.index = -1;
     layout_ = p.cached ? conn_->LayoutOf(tr_.get()) : nullptr;
     if (!layout_) {
         layout_ = MakeLayout(*conn_, *tr_, live_.get());
@@ -172,7 +171,7 @@ bool RecordsetImpl::FetchOne() {
     // Read in place: a row is big enough that building it aside and moving
     // it in shows in a walk over thousands.
     try {
-        ReadRow(live_.get(), static_cast<int>(cols().size()), rows_.emplace_back(), &arena_);
+        ReadRow(live_.get(), rows_.emplace_back(), &arena_);
     } catch (...) {
         rows_.pop_back();
         throw;
@@ -239,14 +238,16 @@ struct VariantSink {
 
 }  // namespace
 
-RecordsetImpl::Row RecordsetImpl::ReadRow(sqlite3_stmt* st, int keyOffset) const {
+RecordsetImpl::Row RecordsetImpl::ReadRow(sqlite3_stmt* st) const {
     Row r;
-    ReadRow(st, keyOffset, r, nullptr);
+    ReadRow(st, r, nullptr);
     return r;
 }
 
-void RecordsetImpl::ReadRow(sqlite3_stmt* st, int keyOffset, Row& r, RowArena* arena) const {
+void RecordsetImpl::ReadRow(sqlite3_stmt* st, Row& r, RowArena* arena) const {
+    // The visible fields come first, the table keys after them.
     const int n = static_cast<int>(cols().size());
+    const int keyOffset = n;
     PackedValues::Builder values(staging_, static_cast<size_t>(n));
     for (int i = 0; i < n; ++i) DecodeColumn(st, i, cols()[static_cast<size_t>(i)], values);
     r.values = values.Finish(arena);
@@ -271,18 +272,8 @@ void RecordsetImpl::CheckOpen() const {
 
 int RecordsetImpl::FieldIndex(std::string_view name) const {
     CheckOpen();
-    if (name.empty()) return FindField(name);
-    RecentName& recent = recentNames_[(name.size() * 31 + static_cast<unsigned char>(name.front()) +
-                                       static_cast<unsigned char>(name.back())) % recentNames_.size()];
-    if (recent.index >= 0 && recent.name == name) return recent.index;
-    const int index = FindField(name);
-    recent.name = name;
-    recent.index = index;
-    return index;
-}
-
-int RecordsetImpl::FindField(std::string_view name) const {
-    // A plain ASCII name is matched against the few field names directly,
+    // Fields are read by name in every loop of the book's code: a plain
+    // ASCII name is matched against the few field names directly,
     // without folding it into a new string first.
     if (jet::IsAscii(name)) {
         const auto& c = cols();
@@ -485,11 +476,9 @@ std::int64_t RecordsetImpl::RecordCount() const {
 
 // ------------------------------------------------------------ find
 
-bool RecordsetImpl::MatchesAt(std::int64_t index, const std::string& criteriaSql,
-                              const std::vector<Variant>& literals) {
-    const Row& r = rows_[static_cast<size_t>(index)];
-    if (r.deleted) return false;
-    // The criteria see the row as the record set holds it.
+StatementLease RecordsetImpl::PrepareMatcher(const std::string& criteriaSql, const std::vector<Variant>& literals) {
+    // The criteria see a row as the record set holds it: its values are the
+    // parameters ?1…?n, the criteria's own literals follow them.
     std::string sql = "SELECT 1 FROM (SELECT ";
     for (size_t i = 0; i < cols().size(); ++i) {
         if (i) sql += ", ";
@@ -498,9 +487,16 @@ bool RecordsetImpl::MatchesAt(std::int64_t index, const std::string& criteriaSql
     if (cols().empty()) sql += "1";
     sql += ") WHERE " + ShiftParameters(criteriaSql, static_cast<int>(cols().size()));
     StatementLease s = conn_->PrepareRaw(sql);
-    for (size_t i = 0; i < cols().size(); ++i) Connection::Bind(s.get(), static_cast<int>(i + 1), r.values.Get(i));
     conn_->BindLiterals(s.get(), literals, static_cast<int>(cols().size()));
-    return conn_->Step(s.get());
+    return s;
+}
+
+bool RecordsetImpl::MatchesAt(std::int64_t index, sqlite3_stmt* matcher) {
+    const Row& r = rows_[static_cast<size_t>(index)];
+    if (r.deleted) return false;
+    sqlite3_reset(matcher);  // the literals stay bound
+    for (size_t i = 0; i < cols().size(); ++i) Connection::Bind(matcher, static_cast<int>(i + 1), r.values.Get(i));
+    return conn_->Step(matcher);
 }
 
 std::int64_t RecordsetImpl::IndexOf(const Row& row) const {
@@ -559,7 +555,7 @@ void RecordsetImpl::Find(FindKind kind, std::string_view criteria) {
         if (exhausted_) {
             std::int64_t best = -1;
             while (conn_->Step(s.get())) {
-                std::int64_t i = IndexOf(ReadRow(s.get(), static_cast<int>(cols().size())));
+                std::int64_t i = IndexOf(ReadRow(s.get()));
                 if (i < 0) continue;  // not in this set
                 if (best < 0 || i < best) best = i;
                 if (!rows_[static_cast<size_t>(i)].added) break;  // rows read come before rows added
@@ -573,7 +569,7 @@ void RecordsetImpl::Find(FindKind kind, std::string_view criteria) {
             noMatch_ = true;
             return;
         }
-        Row found = ReadRow(s.get(), static_cast<int>(cols().size()));
+        Row found = ReadRow(s.get());
         s.Release();
         noMatch_ = false;
         // Already read that far? Then stand on it; else stand on the match
@@ -608,9 +604,10 @@ void RecordsetImpl::Find(FindKind kind, std::string_view criteria) {
             step = -1;
             break;
     }
+    StatementLease matcher = PrepareMatcher(ct.sql, shape.literals);
     for (std::int64_t i = start; i >= 0; i += step) {
         if (!EnsureRow(i)) break;
-        if (MatchesAt(i, ct.sql, shape.literals)) {
+        if (MatchesAt(i, matcher.get())) {
             noMatch_ = false;
             SetCurrent(i);
             return;
@@ -630,11 +627,7 @@ void RecordsetImpl::ProbeWriteLock() {
         sqlite3_exec(conn_->db(), "ROLLBACK", nullptr, nullptr, nullptr);
         return;
     }
-    if ((rc & 0xff) == SQLITE_BUSY) {
-        char host[256] = {};
-        gethostname(host, sizeof host - 1);
-        throw DaoError(kLockedByUser, "Admin", host);
-    }
+    if ((rc & 0xff) == SQLITE_BUSY) throw DaoError(kLockedByUser, "Admin", HostName());
     conn_->ThrowSqlite(sqlite3_extended_errcode(conn_->db()));
 }
 
@@ -642,11 +635,9 @@ void RecordsetImpl::Edit() {
     CheckOpen();
     if (!updatable_) throw DaoError(kRecordsetNotUpdatable);
     Place();
-    const Row& r = CurrentRow();
+    const Row& row = CurrentRow();  // 3021 / 3167 before the file is asked for anything
     conn_->BeforeWrite();
     ProbeWriteLock();
-    const Row& row = CurrentRow();  // reading on may have moved the storage
-    (void)r;
     buffer_ = row.values.Unpack();
     original_ = buffer_;
     dirty_.assign(cols().size(), false);

@@ -12,7 +12,6 @@
 // knowing its place; the place is found the first time it is needed.
 #pragma once
 
-#include <array>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -115,8 +114,8 @@ private:
     // The current row of `stmt` into `row`, its bytes in `arena` (rows the
     // set keeps), or as a row of its own on the heap (rows looked at on the
     // side).
-    void ReadRow(sqlite3_stmt* stmt, int keyOffset, Row& row, RowArena* arena) const;
-    Row ReadRow(sqlite3_stmt* stmt, int keyOffset) const;
+    void ReadRow(sqlite3_stmt* stmt, Row& row, RowArena* arena) const;
+    Row ReadRow(sqlite3_stmt* stmt) const;
     void ForgetRows();                  // drop every row read
     Variant ReadValue(sqlite3_stmt* stmt, int col, const Column& c) const;
     void CheckOpen() const;
@@ -127,7 +126,9 @@ private:
     void SetCurrent(std::int64_t index);
     void SetEmptyFlags();
     Variant Coerce(const Column& c, const Variant& v) const;
-    bool MatchesAt(std::int64_t index, const std::string& criteriaSql, const std::vector<Variant>& literals);
+    // FindNext and the like test the rows one by one with one statement.
+    StatementLease PrepareMatcher(const std::string& criteriaSql, const std::vector<Variant>& literals);
+    bool MatchesAt(std::int64_t index, sqlite3_stmt* matcher);
     std::int64_t IndexOf(const Row& row) const;  // the live row with row's keys, or -1
     void ProbeWriteLock();
 
@@ -141,16 +142,6 @@ private:
 
     std::shared_ptr<const RecordsetLayout> layout_;
     const std::vector<Column>& cols() const { return layout_->cols; }
-    int FindField(std::string_view name) const;
-
-    // Names looked up lately, as the caller wrote them: a loop reads the same
-    // few fields row after row, and a name seen before is found again by one
-    // compare of its bytes. Emptied whenever the layout is taken anew.
-    struct RecentName {
-        std::string name;
-        int index = -1;
-    };
-    mutable std::array<RecentName, 8> recentNames_;
 
     // Growing the list never moves the rows read so far (a vector would copy
     // a hundred thousand of them a few times over while a set is read).

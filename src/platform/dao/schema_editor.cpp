@@ -59,17 +59,21 @@ FieldProps Normalized(FieldProps f) {
     return f;
 }
 
+// Runs a catalog statement whose one parameter is a table or query name.
+void RunForName(Connection& c, const char* sql, const std::string& name) {
+    StatementLease s = c.PrepareRaw(sql);
+    sqlite3_bind_text(s.get(), 1, name.c_str(), -1, SQLITE_TRANSIENT);
+    c.Step(s.get());
+}
+
 void WriteCatalog(Connection& c, const std::string& table, const std::vector<FieldProps>& fields) {
-    {
-        StatementLease d = c.PrepareRaw("DELETE FROM MSysFields WHERE TableName = ?1");
-        sqlite3_bind_text(d.get(), 1, table.c_str(), -1, SQLITE_TRANSIENT);
-        c.Step(d.get());
-    }
+    RunForName(c, "DELETE FROM MSysFields WHERE TableName = ?1", table);
+    StatementLease s = c.PrepareRaw(
+        "INSERT INTO MSysFields (TableName, FieldName, Position, Type, Size, Attributes, DefaultValue, "
+        "Required, AllowZeroLength) VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8, ?9)");
     for (size_t i = 0; i < fields.size(); ++i) {
         const FieldProps& f = fields[i];
-        StatementLease s = c.PrepareRaw(
-            "INSERT INTO MSysFields (TableName, FieldName, Position, Type, Size, Attributes, DefaultValue, "
-            "Required, AllowZeroLength) VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8, ?9)");
+        sqlite3_reset(s.get());
         sqlite3_bind_text(s.get(), 1, table.c_str(), -1, SQLITE_TRANSIENT);
         sqlite3_bind_text(s.get(), 2, f.name.c_str(), -1, SQLITE_TRANSIENT);
         sqlite3_bind_int(s.get(), 3, static_cast<int>(i));
@@ -179,9 +183,7 @@ void DropTable(Connection& c, const std::string& name) {
     std::string table = t.name;
     Atomically(c, [&] {
         c.ExecRaw("DROP TABLE " + QuoteName(table));
-        StatementLease d = c.PrepareRaw("DELETE FROM MSysFields WHERE TableName = ?1");
-        sqlite3_bind_text(d.get(), 1, table.c_str(), -1, SQLITE_TRANSIENT);
-        c.Step(d.get());
+        RunForName(c, "DELETE FROM MSysFields WHERE TableName = ?1", table);
     });
 }
 
@@ -274,10 +276,7 @@ std::string ViewSql(Connection& c, const std::string& name, const std::string& j
 }
 
 void WriteQuery(Connection& c, const std::string& name, const std::string& jetSql) {
-    StatementLease d = c.PrepareRaw("DELETE FROM MSysQueries WHERE Name = ?1");
-    sqlite3_bind_text(d.get(), 1, name.c_str(), -1, SQLITE_TRANSIENT);
-    c.Step(d.get());
-    d.Release();
+    RunForName(c, "DELETE FROM MSysQueries WHERE Name = ?1", name);
     StatementLease s = c.PrepareRaw("INSERT INTO MSysQueries (Name, SQL) VALUES (?1, ?2)");
     sqlite3_bind_text(s.get(), 1, name.c_str(), -1, SQLITE_TRANSIENT);
     sqlite3_bind_text(s.get(), 2, jetSql.c_str(), -1, SQLITE_TRANSIENT);
@@ -301,23 +300,31 @@ void CreateQuery(Connection& c, const std::string& name, const std::string& jetS
     });
 }
 
-void SetQuerySql(Connection& c, const std::string& name, const std::string& jetSql) {
-    std::string stored = RequireQuery(c, name).name;
-    std::string view = ViewSql(c, stored, jetSql);
+namespace {
+
+// The saved query `stored` becomes `name` with the text `jetSql`.
+void ReplaceQuery(Connection& c, const std::string& stored, const std::string& name, const std::string& jetSql) {
+    std::string view = ViewSql(c, name, jetSql);
     Atomically(c, [&] {
         c.ExecRaw("DROP VIEW " + QuoteName(stored));
         c.ExecRaw(view);
-        WriteQuery(c, stored, jetSql);
+        RunForName(c, "DELETE FROM MSysQueries WHERE Name = ?1", stored);
+        WriteQuery(c, name, jetSql);
     });
+}
+
+}  // namespace
+
+void SetQuerySql(Connection& c, const std::string& name, const std::string& jetSql) {
+    std::string stored = RequireQuery(c, name).name;
+    ReplaceQuery(c, stored, stored, jetSql);
 }
 
 void DropQuery(Connection& c, const std::string& name) {
     std::string stored = RequireQuery(c, name).name;
     Atomically(c, [&] {
         c.ExecRaw("DROP VIEW " + QuoteName(stored));
-        StatementLease d = c.PrepareRaw("DELETE FROM MSysQueries WHERE Name = ?1");
-        sqlite3_bind_text(d.get(), 1, stored.c_str(), -1, SQLITE_TRANSIENT);
-        c.Step(d.get());
+        RunForName(c, "DELETE FROM MSysQueries WHERE Name = ?1", stored);
     });
 }
 
@@ -325,16 +332,7 @@ void RenameQuery(Connection& c, const std::string& from, const std::string& to) 
     const QuerySchema& q = RequireQuery(c, from);
     if (!SameName(from, to) && NameTaken(c, to)) throw DaoError(kObjectExists, to);
     std::string stored = q.name, sql = q.sql;
-    std::string view = ViewSql(c, to, sql);
-    Atomically(c, [&] {
-        c.ExecRaw("DROP VIEW " + QuoteName(stored));
-        c.ExecRaw(view);
-        StatementLease d = c.PrepareRaw("DELETE FROM MSysQueries WHERE Name = ?1");
-        sqlite3_bind_text(d.get(), 1, stored.c_str(), -1, SQLITE_TRANSIENT);
-        c.Step(d.get());
-        d.Release();
-        WriteQuery(c, to, sql);
-    });
+    ReplaceQuery(c, stored, to, sql);
 }
 
 }  // namespace zelvo::dao::detail

@@ -15,6 +15,7 @@
 #include "platform/core/error.h"
 #include "platform/dao/dbengine.h"
 #include "support/book_fixture.h"
+#include "support/error_number.h"
 #include "support/temp_dir.h"
 
 namespace zelvo::testing {
@@ -29,15 +30,7 @@ protected:
 };
 
 // The engine error number `f` raises, or 0 when it raises none.
-template <class F>
-int ErrorOf(F&& f) {
-    try {
-        f();
-    } catch (const Error& e) {
-        return e.number();
-    }
-    return 0;
-}
+inline int ErrorOf(const std::function<void()>& f) { return ErrorNumberOf(f); }
 
 // The error `f` raises as "number text", or "no error".
 inline std::string Describe(const std::function<void()>& f) {

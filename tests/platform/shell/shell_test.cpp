@@ -8,25 +8,18 @@
 
 #include "platform/shell/file_system.h"
 #include "platform/shell/shell_paths.h"
+#include "support/error_number.h"
 #include "support/temp_dir.h"
 
 namespace zelvo::shell {
 namespace {
 
+using zelvo::testing::ErrorNumberOf;
 using zelvo::testing::TempDir;
 
 std::string Read(const std::string& path) {
     std::ifstream in(path, std::ios::binary);
     return std::string(std::istreambuf_iterator<char>(in), {});
-}
-
-int NumberOf(const std::function<void()>& f) {
-    try {
-        f();
-    } catch (const Error& e) {
-        return e.number();
-    }
-    return 0;
 }
 
 TEST(ShellPaths, FoldersComeFromTheApplicationFolder) {
@@ -108,12 +101,12 @@ TEST(FileSystem, CopyReplacesWholeAndKeepsAttributes) {
     std::ofstream(a) << "new";
     std::ofstream(b) << "old";
     SetAttributes(a, kHidden);
-    EXPECT_EQ(NumberOf([&] { CopyFile(a, b, false); }), 58);
+    EXPECT_EQ(ErrorNumberOf([&] { CopyFile(a, b, false); }), 58);
     EXPECT_EQ(Read(b), "old");
     CopyFile(a, b, true);
     EXPECT_EQ(Read(b), "new");
     EXPECT_EQ(GetAttributes(b), kHidden);
-    EXPECT_EQ(NumberOf([&] { CopyFile(dir.File("none"), b); }), 53);
+    EXPECT_EQ(ErrorNumberOf([&] { CopyFile(dir.File("none"), b); }), 53);
     // Nothing of the copy's own is left in the folder.
     int files = 0;
     for (auto& e : std::filesystem::directory_iterator(dir.path())) files += e.is_regular_file();
@@ -131,8 +124,8 @@ TEST(FileSystem, AttributesReadBack) {
     EXPECT_EQ(GetAttributes(f), kHidden | kReadOnly);
     SetAttributes(f, 0);
     EXPECT_EQ(GetAttributes(f), 0);
-    EXPECT_EQ(NumberOf([&] { GetAttributes(dir.File("none")); }), 53);
-    EXPECT_EQ(NumberOf([&] { SetAttributes(dir.File("none"), 2); }), 53);
+    EXPECT_EQ(ErrorNumberOf([&] { GetAttributes(dir.File("none")); }), 53);
+    EXPECT_EQ(ErrorNumberOf([&] { SetAttributes(dir.File("none"), 2); }), 53);
 }
 
 TEST(FileSystem, MovesAndReplacements) {
@@ -140,15 +133,15 @@ TEST(FileSystem, MovesAndReplacements) {
     std::string a = dir.File("a"), b = dir.File("b");
     std::ofstream(a) << "A";
     std::ofstream(b) << "B";
-    EXPECT_EQ(NumberOf([&] { MoveFile(a, b); }), 58);
+    EXPECT_EQ(ErrorNumberOf([&] { MoveFile(a, b); }), 58);
     ReplaceFile(a, b);
     EXPECT_FALSE(FileExists(a));
     EXPECT_EQ(Read(b), "A");
     MoveFile(b, a);
     EXPECT_EQ(Read(a), "A");
     DeleteFile(a);
-    EXPECT_EQ(NumberOf([&] { DeleteFile(a); }), 53);
-    EXPECT_EQ(NumberOf([&] { MoveFile(a, b); }), 53);
+    EXPECT_EQ(ErrorNumberOf([&] { DeleteFile(a); }), 53);
+    EXPECT_EQ(ErrorNumberOf([&] { MoveFile(a, b); }), 53);
     EXPECT_FALSE(FileExists(dir.path().string()));
     EXPECT_TRUE(FolderExists(dir.path().string()));
     CreateFolder(dir.File("x/y/z"));
