@@ -1,7 +1,6 @@
 // zelvo sql: runs one statement of the book's own SQL dialect (Jet SQL) and
 // prints the rows — a console to look inside a book, for people and tests.
 #include <algorithm>
-#include <cstdlib>
 #include <filesystem>
 #include <iostream>
 
@@ -9,6 +8,7 @@
 #include "json_writer.h"
 #include "platform/core/error.h"
 #include "platform/dao/dbengine.h"
+#include "store/library_state.h"
 
 namespace zelvo::cli {
 
@@ -41,14 +41,6 @@ constexpr std::string_view kUsage =
     "\n"
     "Exit status: 0 done, 1 the statement failed (the engine's error number and\n"
     "text are printed), 2 bad usage.\n";
-
-std::string DefaultBook() {
-    const char* data = std::getenv("XDG_DATA_HOME");
-    const char* home = std::getenv("HOME");
-    std::filesystem::path base = data && *data ? std::filesystem::path(data)
-                                               : std::filesystem::path(home ? home : ".") / ".local/share";
-    return (base / "zelvo" / "AddressBookW.mdb").string();
-}
 
 // Display width of a UTF-8 text, counted in characters.
 size_t Width(const std::string& s) {
@@ -153,7 +145,7 @@ int ListTables(const dao::Database& db, bool json) {
 }
 
 int RunSql(std::span<const std::string> args) {
-    std::string db = DefaultBook();
+    std::string db;
     bool create = false, json = false, tables = false, dbGiven = false;
     std::string statement;
     bool haveStatement = false;
@@ -166,8 +158,7 @@ int RunSql(std::span<const std::string> args) {
         } else if (a == "--app-path") {
             // The book of that application folder, unless --db names one.
             if (i + 1 >= args.size()) return UsageError("sql", "--app-path needs a folder");
-            std::string folder = args[++i];
-            if (!dbGiven) db = (std::filesystem::path(folder) / "AddressBookW.mdb").string();
+            Host().appPath = args[++i];
         } else if (a == "--create") {
             create = true;
         } else if (a == "--json") {
@@ -183,6 +174,7 @@ int RunSql(std::span<const std::string> args) {
             return UsageError("sql", "give the statement as one argument (put it in quotes)");
         }
     }
+    if (!dbGiven) db = HostAppPath() + "/" + kDatabaseFileName;
     if (!haveStatement && !tables) return UsageError("sql", "no statement given");
 
     try {

@@ -48,11 +48,6 @@ int main(int argc, char** argv) {
         first += 2;
     }
     args.erase(args.begin(), args.begin() + static_cast<std::ptrdiff_t>(first));
-    if (host.appPath && !args.empty() && args[0] != "call" && args[0] != "list") {
-        // The other commands take the folder among their own options.
-        args.push_back("--app-path");
-        args.push_back(*host.appPath);
-    }
 
     if (args.empty() || args[0] == "--help" || args[0] == "-h" || args[0] == "help") {
         PrintHelp();

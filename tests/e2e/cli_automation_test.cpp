@@ -170,6 +170,21 @@ TEST_F(CliTest, AMissingBookIsAFailureWithAClearMessage) {
     EXPECT_NE(r.err.find("zelvo.dll\\cAddressbook\\Navigate: error 3024"), std::string::npos) << r.err;
 }
 
+// The host's options stand before any command, also one without a book.
+TEST_F(CliTest, TheHostsOptionsComeBeforeEveryCommand) {
+    const std::string ppm = dir_.File("dot.ppm"), vcf = dir_.File("one.vcf");
+    std::ofstream(ppm, std::ios::binary) << std::string("P6\n1 1\n255\n\x10\x20\x30", 14);
+    std::ofstream(vcf) << "BEGIN:VCARD\r\nVERSION:3.0\r\nFN:Ada\r\nN:;Ada;;;\r\nEND:VCARD\r\n";
+    Outcome r = Zelvo({"--app-path", app(), "jpeg", ppm, dir_.File("dot.jpg")});
+    EXPECT_EQ(r.status, 0) << r.err;
+    r = Zelvo({"--app-path", app(), "vcard", "show", vcf});
+    EXPECT_EQ(r.status, 0) << r.err;
+    r = Zelvo({"--app-path", app(), "correct-db"});
+    EXPECT_EQ(r.status, 0) << r.err;
+    r = Zelvo({"--app-path", app(), "sql", "Select Count(*) From PersonalData"});
+    EXPECT_EQ(r.status, 0) << r.err;
+}
+
 TEST_F(CliTest, HelpNamesTheCommandsAndTheMembers) {
     Outcome r = Zelvo({"--help"});
     EXPECT_EQ(r.status, 0);
