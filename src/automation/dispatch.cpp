@@ -107,7 +107,6 @@ Variant ZeroOf(DispType type) {
 Variant Long(std::int32_t v) { return Variant(std::int64_t{v}); }
 std::int32_t Long(const Variant& v) { return static_cast<std::int32_t>(v.integer()); }
 
-[[maybe_unused]] DispParam In(std::string name, DispType type) { return {std::move(name), type, false, false, std::nullopt}; }
 DispParam Ref(std::string name, DispType type) { return {std::move(name), type, true, false, std::nullopt}; }
 DispParam Opt(DispParam p, std::optional<Variant> def = std::nullopt) {
     p.optional = true;

@@ -54,6 +54,26 @@ inline std::uint64_t NonZeroMask(const std::int16_t* block) {
     return mask;
 }
 
+// Walks the AC coefficients of a block (zigzag order) as they are coded:
+// zrl() for each 16 zeros of a run above 15, symbol(run * 16 + category,
+// value, category) for each value that isn't zero, eob() when zeros are
+// left at the end. The statistics and the coder both walk through here, so
+// the tables are built for exactly the symbols that are written.
+template <class Zrl, class Symbol, class Eob>
+void ForEachAcSymbol(const std::int16_t* block, Zrl&& zrl, Symbol&& symbol, Eob&& eob) {
+    int last = 0;  // position of the last value that isn't zero
+    for (std::uint64_t m = NonZeroMask(block) & ~std::uint64_t(1); m; m &= m - 1) {
+        const int k = std::countr_zero(m);
+        int run = k - last - 1;
+        for (; run > 15; run -= 16) zrl();
+        const int v = block[k];
+        const int category = Category(v);
+        symbol(std::size_t(run * 16 + category), v, category);
+        last = k;
+    }
+    if (last < 63) eob();
+}
+
 // The Huffman slot a component codes with: 0 for the first, 1 for the others.
 inline int SlotOf(int component) { return component == 0 ? 0 : 1; }
 

@@ -91,15 +91,8 @@ void cJpeg::Gather(Statistics& stats) const {
             ++stats.dc[std::size_t(slot)][std::size_t(Category(block[0] - pred[c]))];
             pred[c] = block[0];
             auto& ac = stats.ac[std::size_t(slot)];
-            int last = 0;  // position of the last non-zero coefficient counted
-            for (std::uint64_t m = NonZeroMask(block) & ~std::uint64_t(1); m; m &= m - 1) {
-                const int k = std::countr_zero(m);
-                int run = k - last - 1;
-                for (; run > 15; run -= 16) ++ac[0xF0];
-                ++ac[std::size_t(run * 16 + Category(block[k]))];
-                last = k;
-            }
-            if (last < 63) ++ac[0];  // zeros left at the end: EOB
+            ForEachAcSymbol(
+                block, [&] { ++ac[0xF0]; }, [&](std::size_t sym, int, int) { ++ac[sym]; }, [&] { ++ac[0]; });
         });
     }
     // A dummy block is coded with an end-of-block code. When every real block
@@ -219,18 +212,12 @@ void cJpeg::WriteScan(const std::vector<int>& group, std::vector<std::uint8_t>& 
         const int cat = Category(diff);
         bw.Put(dcT.Code[std::size_t(cat)], dcT.Size[std::size_t(cat)]);
         if (cat) bw.Put(ExtraBits(diff, cat), cat);
-        int last = 0;
-        for (std::uint64_t m = NonZeroMask(block) & ~std::uint64_t(1); m; m &= m - 1) {
-            const int k = std::countr_zero(m);
-            int run = k - last - 1;
-            for (; run > 15; run -= 16) bw.Put(acT.Code[0xF0], acT.Size[0xF0]);
-            const int v = block[k];
-            const int vc = Category(v);
-            const std::size_t sym = std::size_t(run * 16 + vc);
-            bw.Put((std::uint32_t(acT.Code[sym]) << vc) | ExtraBits(v, vc), acT.Size[sym] + vc);
-            last = k;
-        }
-        if (last < 63) bw.Put(acT.Code[0], acT.Size[0]);
+        ForEachAcSymbol(
+            block, [&] { bw.Put(acT.Code[0xF0], acT.Size[0xF0]); },
+            [&](std::size_t sym, int v, int vc) {
+                bw.Put((std::uint32_t(acT.Code[sym]) << vc) | ExtraBits(v, vc), acT.Size[sym] + vc);
+            },
+            [&] { bw.Put(acT.Code[0], acT.Size[0]); });
     });
     bw.Finish();
 }

@@ -133,14 +133,10 @@ dao::Database OpenOrCreate(const std::string& Path) {
                     stage = 1;
                     continue;
                 }
-                if (e.number() != dao::kUnrecognizedFormat) {
-                    ShellPaths().ReportError(e, kOpenLabel);
-                    return {};
-                }
-                // A file the engine does not take, even after a compaction,
-                // stands at the book's place. Copying an older book over it
-                // or making a new one there would destroy it, and it may be
-                // the only copy of someone's data: leave it and say so.
+                // Any other failure is reported. So is a file the engine does
+                // not take even after a compaction: copying an older book over
+                // it or making a new one there would destroy it, and it may be
+                // the only copy of someone's data, so it is left as it is.
                 ShellPaths().ReportError(e, kOpenLabel);
                 return {};
             }
