@@ -193,6 +193,37 @@ TEST_F(CorrectDbTest, EarliestLayoutIsConvertedWithoutLosingARow) {
     EXPECT_EQ(AllRows(again), rows);
 }
 
+// Saved queries that name the old tables and fields — today's two, made
+// before the conversion, and one over the old e-mail table — must not stop
+// a single run from converting everything: the book comes out as one
+// without them, and only the query over what is gone fails when opened.
+TEST_F(CorrectDbTest, SavedQueriesOverTheOldLayoutDoNotHoldItsConversionBack) {
+    std::string plain = dir_.File("plain.mdb");
+    CreateEarliestBook(plain);
+    CorrectDB(plain);
+    std::string expected = AllRows(Engine().OpenDatabase(plain));
+
+    CreateEarliestBook(book());
+    {
+        Database db = Engine().OpenDatabase(book());
+        db.CreateQueryDef("OrgPrj", "Select * from Projects Where Projects.OwnerType=1;");
+        db.CreateQueryDef("PersPrj", "Select * from Projects Where Projects.[Personal ID]>0;");
+        db.CreateQueryDef("Mails", "Select [E-mailAdress], [Personal ID] From [E-MailAdresses]");
+        db.CreateQueryDef("Employers", "Select Organization, [Personal ID] From Organizations");
+        EXPECT_EQ(RowsText(db, "Select Count(*) From Mails"), "3");
+        db.Close();
+    }
+    std::string path = book();
+    CorrectDB(path);
+    Database db = Engine().OpenDatabase(book());
+    EXPECT_EQ(AllRows(db), expected);
+    EXPECT_FALSE(HasTable(db, "E-MailAdresses"));
+    EXPECT_EQ(RowsText(db, "Select Project From PersPrj Order By Project"), "A;A\\B;Old");
+    EXPECT_EQ(RowsText(db, "Select Count(*) From OrgPrj"), "0");
+    EXPECT_EQ(ErrorOf([&] { db.OpenRecordset("Mails"); }), 3078);
+    EXPECT_EQ(ErrorOf([&] { db.OpenRecordset("Employers"); }), 3061);
+}
+
 TEST_F(CorrectDbTest, ColumnOfAnotherSizeStaysAsItIs) {
     {
         Database db = Engine().CreateDatabase(book());

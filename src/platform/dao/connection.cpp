@@ -385,19 +385,20 @@ bool Connection::LoadCatalog(bool verify) {
             defined[table].push_back(std::move(f));
         }
     }
-    std::map<std::string, std::string> querySql;
+    // Saved queries in the order they were saved; a view with no text of
+    // ours (made outside the engine) is a query all the same.
     {
-        StatementLease s = PrepareRaw("SELECT Name, SQL FROM MSysQueries");
+        StatementLease s = PrepareRaw("SELECT Name, SQL FROM MSysQueries ORDER BY rowid");
         while (Step(s.get()))
-            querySql[reinterpret_cast<const char*>(sqlite3_column_text(s.get(), 0))] =
-                reinterpret_cast<const char*>(sqlite3_column_text(s.get(), 1));
+            queries_.push_back({reinterpret_cast<const char*>(sqlite3_column_text(s.get(), 0)),
+                                reinterpret_cast<const char*>(sqlite3_column_text(s.get(), 1)), false});
     }
     for (auto& [name, type] : objects) {
         if (type == "view") {
-            QuerySchema q{name, {}};
-            for (auto& [qn, sql] : querySql)
-                if (SameName(qn, name)) q.sql = sql;
-            queries_.push_back(std::move(q));
+            auto q = std::find_if(queries_.begin(), queries_.end(),
+                                  [&](const QuerySchema& k) { return SameName(k.name, name); });
+            if (q == queries_.end()) q = queries_.insert(queries_.end(), QuerySchema{name, {}, false});
+            q->hasView = true;
             continue;
         }
         TableSchema t{name, {}};
@@ -452,6 +453,13 @@ std::optional<jet::CatalogObject> Connection::Find(std::string_view name) const 
         return o;
     }
     if (const QuerySchema* q = self->FindQuery(name)) {
+        // A saved query that names a table or field the book no longer has
+        // is kept as text alone; using it fails as its text does (3078,
+        // 3061), as Jet checks a saved query only when it runs.
+        if (!q->hasView) {
+            jet::TranslateStatement(jet::Parameterize(q->sql), *self);
+            throw DaoError(kInputTableNotFound, q->name);
+        }
         jet::CatalogObject o{q->name, true, {}};
         StatementLease s = self->PrepareRaw("SELECT name FROM pragma_table_info(?1)");
         sqlite3_bind_text(s.get(), 1, q->name.c_str(), -1, SQLITE_TRANSIENT);

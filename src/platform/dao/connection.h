@@ -8,7 +8,9 @@
 //   MSysFields   one row a field: its DAO type, size, attributes, default,
 //                required and zero-length flags, and its place in the table
 //   MSysQueries  one row a saved query: its name and its Jet SQL text; the
-//                query itself is a view made from the translated text
+//                query itself is a view made from the translated text, as
+//                long as that text names only what the book has (see
+//                schema_editor.h)
 // Every Text column is declared COLLATE JET, so compares ignore case; Text(n)
 // and the required and zero-length flags are CHECK and NOT NULL constraints
 // named after the field, so a plain SQL statement is held to them as well.
@@ -48,7 +50,8 @@ struct TableSchema {
 
 struct QuerySchema {
     std::string name;
-    std::string sql;  // the Jet text it was given
+    std::string sql;       // the Jet text it was given
+    bool hasView = false;  // false while the text names something the book lacks
 };
 
 // Case-insensitive comparison of object and field names, as the engine does.

@@ -104,6 +104,61 @@ void Atomically(Connection& c, F body) {
     c.SchemaChanged();
 }
 
+std::string ViewSql(Connection& c, const std::string& name, const std::string& jetSql);
+
+// SQLite holds every table and column a view names: it refuses to rename or
+// drop them, or rewrites the view's text. A saved query is checked only when
+// it runs and keeps its text as written. So a change of structure takes the
+// views of the saved queries down first and afterwards puts back each one
+// whose text still fits the book; the others stay as text alone until the
+// book fits them again, and fail only when they are used.
+void DropQueryViews(Connection& c) {
+    std::vector<std::string> views;
+    {
+        StatementLease s = c.PrepareRaw("SELECT name FROM sqlite_master WHERE type = 'view'");
+        while (c.Step(s.get())) views.emplace_back(reinterpret_cast<const char*>(sqlite3_column_text(s.get(), 0)));
+    }
+    for (const auto& v : views) c.ExecRaw("DROP VIEW " + QuoteName(v));
+}
+
+void RestoreQueryViews(Connection& c) {
+    std::vector<std::pair<std::string, std::string>> waiting;  // name, Jet text
+    {
+        StatementLease s = c.PrepareRaw("SELECT Name, SQL FROM MSysQueries ORDER BY rowid");
+        while (c.Step(s.get()))
+            waiting.emplace_back(reinterpret_cast<const char*>(sqlite3_column_text(s.get(), 0)),
+                                 reinterpret_cast<const char*>(sqlite3_column_text(s.get(), 1)));
+    }
+    // A query may be built on another: go round until a pass makes no view.
+    for (bool progress = true; progress && !waiting.empty();) {
+        progress = false;
+        c.SchemaChanged();
+        for (auto it = waiting.begin(); it != waiting.end();) {
+            std::string view;
+            try {
+                view = ViewSql(c, it->first, it->second);
+            } catch (const Error&) {
+                ++it;
+                continue;
+            }
+            c.ExecRaw(view);
+            c.SchemaChanged();
+            it = waiting.erase(it);
+            progress = true;
+        }
+    }
+}
+
+// Atomically, with the saved queries' views out of the way of the change.
+template <class F>
+void ChangeStructure(Connection& c, F body) {
+    Atomically(c, [&] {
+        DropQueryViews(c);
+        body();
+        RestoreQueryViews(c);
+    });
+}
+
 bool NameTaken(Connection& c, const std::string& name) {
     return c.FindTable(name) != nullptr || c.FindQuery(name) != nullptr;
 }
@@ -120,7 +175,7 @@ void Rebuild(Connection& c, const TableSchema& old, std::vector<FieldProps> fiel
              const std::vector<std::string>& sourceOf) {
     const std::string table = old.name;
     const std::string temp = "~rebuild " + table;
-    Atomically(c, [&] {
+    ChangeStructure(c, [&] {
         std::int64_t sequence = -1;
         if (c.HasCounterTable()) {
             StatementLease s = c.PrepareRaw("SELECT seq FROM sqlite_sequence WHERE name = ?1");
@@ -172,7 +227,7 @@ void CreateTable(Connection& c, const std::string& name, const std::vector<Field
             if (SameName(g.name, f.name)) throw DaoError(kFieldExists, f.name, name);
         fields.push_back(Normalized(f));
     }
-    Atomically(c, [&] {
+    ChangeStructure(c, [&] {
         c.ExecRaw(CreateSql(name, fields));
         WriteCatalog(c, name, fields);
     });
@@ -181,7 +236,7 @@ void CreateTable(Connection& c, const std::string& name, const std::vector<Field
 void DropTable(Connection& c, const std::string& name) {
     const TableSchema& t = RequireTable(c, name);
     std::string table = t.name;
-    Atomically(c, [&] {
+    ChangeStructure(c, [&] {
         c.ExecRaw("DROP TABLE " + QuoteName(table));
         RunForName(c, "DELETE FROM MSysFields WHERE TableName = ?1", table);
     });
@@ -191,7 +246,7 @@ void RenameTable(Connection& c, const std::string& from, const std::string& to) 
     const TableSchema& t = RequireTable(c, from);
     if (!SameName(from, to) && NameTaken(c, to)) throw DaoError(kTableExists, to);
     std::string table = t.name;
-    Atomically(c, [&] {
+    ChangeStructure(c, [&] {
         c.ExecRaw("ALTER TABLE " + QuoteName(table) + " RENAME TO " + QuoteName(to));
         StatementLease u = c.PrepareRaw("UPDATE MSysFields SET TableName = ?2 WHERE TableName = ?1");
         sqlite3_bind_text(u.get(), 1, table.c_str(), -1, SQLITE_TRANSIENT);
@@ -243,9 +298,9 @@ void AlterField(Connection& c, const std::string& table, const std::string& fiel
         renamedOnly.defaultValue == f.defaultValue && renamedOnly.required == f.required &&
         renamedOnly.allowZeroLength == f.allowZeroLength) {
         if (old.name == f.name) return;
-        // A new name alone: SQLite renames in place (and in the saved queries).
+        // A new name alone: SQLite renames in place.
         std::string tableName = t.name;
-        Atomically(c, [&] {
+        ChangeStructure(c, [&] {
             c.ExecRaw("ALTER TABLE " + QuoteName(tableName) + " RENAME COLUMN " + QuoteName(old.name) + " TO " +
                       QuoteName(f.name));
             t.fields[static_cast<size_t>(at)].name = f.name;
@@ -275,12 +330,30 @@ std::string ViewSql(Connection& c, const std::string& name, const std::string& j
            InlineParameters(tr.sql, shape.literals) + ")";
 }
 
-void WriteQuery(Connection& c, const std::string& name, const std::string& jetSql) {
-    RunForName(c, "DELETE FROM MSysQueries WHERE Name = ?1", name);
+// Saves `jetSql` as the text of the saved query `stored` (made when there
+// is none) under the name `name`; the query keeps its place in the order.
+void WriteQuery(Connection& c, const std::string& stored, const std::string& name, const std::string& jetSql) {
+    StatementLease u = c.PrepareRaw("UPDATE MSysQueries SET Name = ?2, SQL = ?3 WHERE Name = ?1");
+    sqlite3_bind_text(u.get(), 1, stored.c_str(), -1, SQLITE_TRANSIENT);
+    sqlite3_bind_text(u.get(), 2, name.c_str(), -1, SQLITE_TRANSIENT);
+    sqlite3_bind_text(u.get(), 3, jetSql.c_str(), -1, SQLITE_TRANSIENT);
+    c.Step(u.get());
+    if (sqlite3_changes(c.db()) > 0) return;
     StatementLease s = c.PrepareRaw("INSERT INTO MSysQueries (Name, SQL) VALUES (?1, ?2)");
     sqlite3_bind_text(s.get(), 1, name.c_str(), -1, SQLITE_TRANSIENT);
     sqlite3_bind_text(s.get(), 2, jetSql.c_str(), -1, SQLITE_TRANSIENT);
     c.Step(s.get());
+}
+
+// A text with a syntax error, or no SELECT, is refused when it is saved; one
+// that names a table or field the book lacks is saved all the same and
+// fails when it is used.
+void CheckQueryText(Connection& c, const std::string& name, const std::string& jetSql) {
+    try {
+        ViewSql(c, name, jetSql);
+    } catch (const Error& e) {
+        if (e.number() != kInputTableNotFound && e.number() != kTooFewParameters) throw;
+    }
 }
 
 const QuerySchema& RequireQuery(Connection& c, const std::string& name) {
@@ -293,46 +366,26 @@ const QuerySchema& RequireQuery(Connection& c, const std::string& name) {
 
 void CreateQuery(Connection& c, const std::string& name, const std::string& jetSql) {
     if (NameTaken(c, name)) throw DaoError(kObjectExists, name);
-    std::string view = ViewSql(c, name, jetSql);
-    Atomically(c, [&] {
-        c.ExecRaw(view);
-        WriteQuery(c, name, jetSql);
-    });
+    CheckQueryText(c, name, jetSql);
+    ChangeStructure(c, [&] { WriteQuery(c, name, name, jetSql); });
 }
-
-namespace {
-
-// The saved query `stored` becomes `name` with the text `jetSql`.
-void ReplaceQuery(Connection& c, const std::string& stored, const std::string& name, const std::string& jetSql) {
-    std::string view = ViewSql(c, name, jetSql);
-    Atomically(c, [&] {
-        c.ExecRaw("DROP VIEW " + QuoteName(stored));
-        c.ExecRaw(view);
-        RunForName(c, "DELETE FROM MSysQueries WHERE Name = ?1", stored);
-        WriteQuery(c, name, jetSql);
-    });
-}
-
-}  // namespace
 
 void SetQuerySql(Connection& c, const std::string& name, const std::string& jetSql) {
     std::string stored = RequireQuery(c, name).name;
-    ReplaceQuery(c, stored, stored, jetSql);
+    CheckQueryText(c, stored, jetSql);
+    ChangeStructure(c, [&] { WriteQuery(c, stored, stored, jetSql); });
 }
 
 void DropQuery(Connection& c, const std::string& name) {
     std::string stored = RequireQuery(c, name).name;
-    Atomically(c, [&] {
-        c.ExecRaw("DROP VIEW " + QuoteName(stored));
-        RunForName(c, "DELETE FROM MSysQueries WHERE Name = ?1", stored);
-    });
+    ChangeStructure(c, [&] { RunForName(c, "DELETE FROM MSysQueries WHERE Name = ?1", stored); });
 }
 
 void RenameQuery(Connection& c, const std::string& from, const std::string& to) {
     const QuerySchema& q = RequireQuery(c, from);
     if (!SameName(from, to) && NameTaken(c, to)) throw DaoError(kObjectExists, to);
     std::string stored = q.name, sql = q.sql;
-    ReplaceQuery(c, stored, to, sql);
+    ChangeStructure(c, [&] { WriteQuery(c, stored, to, sql); });
 }
 
 }  // namespace zelvo::dao::detail

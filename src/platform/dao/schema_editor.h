@@ -5,7 +5,12 @@
 // table that has rows, a field dropped or given other properties — rebuilds
 // the table from the new definitions and copies the rows across in their
 // order, inside one transaction: either the whole change is there or none
-// of it. Internal to the engine.
+// of it.
+//
+// A saved query never stands in the way of such a change: its text is kept
+// as written, and while it names a table or field the book lacks it has no
+// view and fails only when it is used (3078, 3061), as in Jet. Internal to
+// the engine.
 #pragma once
 
 #include <string>
@@ -28,7 +33,8 @@ void DropField(Connection& c, const std::string& table, const std::string& field
 // Gives the field `field` the definition `props` (its name included).
 void AlterField(Connection& c, const std::string& table, const std::string& field, const FieldProps& props);
 
-// 3012 when an object of that name exists.
+// 3012 when an object of that name exists; a syntax error as the translator
+// reports it. A text that names what the book lacks is saved all the same.
 void CreateQuery(Connection& c, const std::string& name, const std::string& jetSql);
 void SetQuerySql(Connection& c, const std::string& name, const std::string& jetSql);
 void DropQuery(Connection& c, const std::string& name);

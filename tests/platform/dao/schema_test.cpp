@@ -327,5 +327,60 @@ TEST_F(Schema, SavedQueriesKeepTheirJetTextAndServeAsTables) {
     EXPECT_EQ(db.TableDefs().Count(), 12);  // saved queries are no tables
 }
 
+// Jet checks a saved query only when it runs: no change of structure is
+// refused because a saved query names what it changes, the query keeps its
+// text, fails with 3078 or 3061 while the book lacks what it names, and
+// works again once the book has it.
+TEST_F(Schema, SavedQueriesNeverBlockAChangeOfStructure) {
+    CreateBookSchema(db);
+    db.Execute("Insert Into Projects ([Owner ID], OwnerType, Project, InsArcPrj) Values (1, 1, \"Org\", False)");
+    db.Execute("Insert Into Resources (ResourceString, ResourceType) Values (\"a@b.org\", 2)");
+    db.CreateQueryDef("Mails", "Select ResourceString From Resources Where ResourceType=2");
+    db.CreateQueryDef("MailsAgain", "Select * From Mails");  // a query on a query
+    const std::string orgPrj = db.QueryDefs()("OrgPrj").SQL();
+    auto opens = [&](const std::string& q) { return ErrorOf([&] { db.OpenRecordset(q); }); };
+
+    // A table renamed away and back.
+    db.TableDefs()("Projects").SetName("OldProjects");
+    EXPECT_EQ(opens("OrgPrj"), 3078);
+    EXPECT_EQ(opens("Select * From PersPrj"), 3078);
+    EXPECT_EQ(db.QueryDefs()("OrgPrj").SQL(), orgPrj);
+    db.TableDefs()("OldProjects").SetName("Projects");
+    EXPECT_EQ(Rows(db, "OrgPrj", "Project"), "Org");
+
+    // A field renamed, then dropped, then added again, by DAO and by DDL.
+    Field s = db.TableDefs()("Resources").Fields()("ResourceString");
+    s.SetName("Address");
+    EXPECT_EQ(opens("Mails"), 3061);
+    EXPECT_EQ(opens("MailsAgain"), 3061);  // fails as the query it is built on
+    db.TableDefs()("Resources").Fields().Delete("ResourceType");
+    db.Execute("Alter Table Resources Drop Column Address");
+    EXPECT_EQ(opens("Mails"), 3061);
+    db.Execute("Alter Table Resources Add Column ResourceString Text(255)");
+    TableDef r = db.TableDefs()("Resources");
+    r.Fields().Append(r.CreateField("ResourceType", dao::dbLong));
+    EXPECT_EQ(Rows(db, "MailsAgain", "ResourceString"), "");  // back, on an empty column
+    db.Execute("Update Resources Set ResourceString = \"c@d.org\", ResourceType = 2");
+    EXPECT_EQ(Rows(db, "MailsAgain", "ResourceString"), "c@d.org");
+
+    // A table dropped and made anew; a Counter added to a table with rows.
+    db.Execute("Drop Table Projects");
+    EXPECT_EQ(opens("PersPrj"), 3078);
+    db.Execute("Create Table Projects ([Owner ID] Long, OwnerType Long, Project Text(255))");
+    db.Execute("Insert Into Projects ([Owner ID], OwnerType, Project) Values (1, 1, \"New\")");
+    db.Execute("Alter Table Projects Add Column Nr Counter");
+    EXPECT_EQ(Rows(db, "OrgPrj", "Project"), "New");
+
+    // A saved query may be written before what it names exists.
+    db.CreateQueryDef("Later", "Select Title From Notes");
+    EXPECT_EQ(opens("Later"), 3078);
+    EXPECT_EQ(ErrorOf([&] { db.CreateQueryDef("Broken", "Select From Where"); }), 3141);
+    db.Execute("Create Table Notes (Title Text(50))");
+    db.Execute("Insert Into Notes (Title) Values (\"hello\")");
+    Reopen();
+    EXPECT_EQ(Rows(db, "Later", "Title"), "hello");
+    EXPECT_EQ(db.QueryDefs().Count(), 5);
+}
+
 }  // namespace
 }  // namespace zelvo::testing
