@@ -10,6 +10,7 @@
 #include <limits>
 
 #include "platform/core/error.h"
+#include "platform/dao/jet/text_util.h"
 #include "zelvo/addressbook.h"
 
 namespace zelvo {
@@ -18,13 +19,7 @@ namespace {
 
 [[noreturn]] void Raise(int number, const std::string& text) { throw Error(number, text, "Zelvolib"); }
 
-bool SameName(std::string_view a, std::string_view b) {
-    if (a.size() != b.size()) return false;
-    for (size_t i = 0; i < a.size(); ++i)
-        if (std::tolower(static_cast<unsigned char>(a[i])) != std::tolower(static_cast<unsigned char>(b[i])))
-            return false;
-    return true;
-}
+using dao::jet::SameName;
 
 std::string Trim(std::string_view s) {
     size_t b = s.find_first_not_of(" \t\r\n");

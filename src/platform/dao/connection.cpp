@@ -66,13 +66,6 @@ std::string HostName() {
     return buf;
 }
 
-bool SameName(std::string_view a, std::string_view b) {
-    // Names are nearly always plain ASCII: compared here without a call per
-    // character. Only a name with other letters goes to ICU.
-    if (jet::IsAscii(a) && jet::IsAscii(b)) return SameAsciiName(a, b);
-    return jet::CompareText(a, b) == 0;
-}
-
 std::string QuoteName(std::string_view name) {
     std::string out = "\"";
     for (char c : name) {

@@ -33,6 +33,7 @@
 #include "platform/dao/field_props.h"
 #include "platform/dao/file_holder.h"
 #include "platform/dao/jet/jet_sql.h"
+#include "platform/dao/jet/text_util.h"
 
 namespace zelvo::dao::detail {
 
@@ -54,22 +55,11 @@ struct QuerySchema {
     bool hasView = false;  // false while the text names something the book lacks
 };
 
-// Case-insensitive comparison of object and field names, as the engine does.
-bool SameName(std::string_view a, std::string_view b);
+using jet::SameName;
+using jet::SameAsciiName;
 
 // This machine's name, for the lock messages that name who holds the file.
 std::string HostName();
-
-// SameName for two names known to be plain ASCII: a byte compare that
-// ignores the case of letters.
-inline bool SameAsciiName(std::string_view a, std::string_view b) {
-    if (a.size() != b.size()) return false;
-    for (size_t i = 0; i < a.size(); ++i) {
-        unsigned char x = static_cast<unsigned char>(a[i]), y = static_cast<unsigned char>(b[i]);
-        if (x != y && ((x | 0x20) != (y | 0x20) || (x | 0x20) < 'a' || (x | 0x20) > 'z')) return false;
-    }
-    return true;
-}
 
 // Writes `name` as a quoted SQLite identifier.
 std::string QuoteName(std::string_view name);

@@ -1,7 +1,5 @@
 #include "platform/dao/recordset_impl.h"
 
-#include <unicode/unistr.h>
-
 #include <algorithm>
 #include <cmath>
 
@@ -47,23 +45,6 @@ Variant DefaultOf(const FieldProps& f) {
 }
 
 }  // namespace
-
-std::string FoldName(std::string_view name) {
-    std::string out;
-    out.reserve(name.size());
-    bool ascii = true;
-    for (char c : name) {
-        unsigned char u = static_cast<unsigned char>(c);
-        if (u & 0x80) { ascii = false; break; }
-        out += static_cast<char>(std::tolower(u));
-    }
-    if (ascii) return out;
-    icu::UnicodeString s = icu::UnicodeString::fromUTF8(icu::StringPiece(name.data(), static_cast<int32_t>(name.size())));
-    s.foldCase();
-    out.clear();
-    s.toUTF8String(out);
-    return out;
-}
 
 // ------------------------------------------------------------ opening
 

@@ -166,7 +166,6 @@ private:
     std::int64_t reservedCounter_ = 0;
 };
 
-// Folds a name for lookups that ignore case (ASCII fast, ICU otherwise).
-std::string FoldName(std::string_view name);
+using jet::FoldName;
 
 }  // namespace zelvo::dao::detail

@@ -382,5 +382,26 @@ TEST_F(Schema, SavedQueriesNeverBlockAChangeOfStructure) {
     EXPECT_EQ(db.QueryDefs().Count(), 5);
 }
 
+// A name matches whatever the case of its letters, in any alphabet, in
+// every place a name is looked up: the catalog, the translator's columns,
+// record set fields, criteria and saved queries.
+TEST_F(Schema, NamesIgnoreCaseInEveryAlphabet) {
+    db.Execute("Create Table Тест (Имя Text(50), Σίσυφος Long)");
+    db.Execute("Insert Into ТЕСТ (ИМЯ, ΣΊΣΥΦΟΣ) Values (\"Ада\", 7)");
+    EXPECT_EQ(Rows(db, "Select имя From тест", "ИМЯ"), "Ада");
+    EXPECT_EQ(Rows(db, "Select тест.имя, σίσυφοσ From тЕСТ Where σίσυφος = 7", "Σίσυφος"), "7");
+    db.Execute("Update тест Set иМЯ = \"Бо\" Where ИмЯ = \"ада\"");
+    Recordset rs = db.OpenRecordset("тест");
+    rs.FindFirst("ИМЯ = \"бо\"");
+    EXPECT_FALSE(rs.NoMatch());
+    EXPECT_EQ(rs.Fields()("имя").Value().AsText(), "Бо");
+    EXPECT_EQ(db.TableDefs()("ТЕСТ").Fields()("ИМЯ").Name(), "Имя");
+    db.CreateQueryDef("Имена", "Select имя From ТЕСТ");
+    EXPECT_EQ(Rows(db, "Select ИМЯ From имена", "имя"), "Бо");
+    EXPECT_EQ(ErrorOf([&] { db.Execute("Alter Table тест Add Column ИМЯ Text(10)"); }), 3380);
+    // Case is all that is ignored.
+    EXPECT_EQ(ErrorOf([&] { db.OpenRecordset("Select Имe From Тест"); }), 3061);
+}
+
 }  // namespace
 }  // namespace zelvo::testing

@@ -18,16 +18,16 @@ struct FieldScope : NameScope {
         const auto& f = *fields;
         std::string full = qualifier.empty() ? name : qualifier + "." + name;
         for (std::size_t k = 0; k < f.size(); ++k)
-            if (EqualNoCase(f[k], full)) return static_cast<int>(k);
+            if (SameName(f[k], full)) return static_cast<int>(k);
         if (!qualifier.empty()) {
             for (std::size_t k = 0; k < f.size(); ++k)
-                if (EqualNoCase(f[k], name)) return static_cast<int>(k);
+                if (SameName(f[k], name)) return static_cast<int>(k);
         }
         int found = -1;
         for (std::size_t k = 0; k < f.size(); ++k) {
             const std::string& field = f[k];
             std::size_t dot = field.rfind('.');
-            if (dot == std::string::npos || !EqualNoCase(std::string_view(field).substr(dot + 1), name)) continue;
+            if (dot == std::string::npos || !SameName(std::string_view(field).substr(dot + 1), name)) continue;
             if (found >= 0) return -1;  // two tables have it: the bare name says nothing
             found = static_cast<int>(k);
         }

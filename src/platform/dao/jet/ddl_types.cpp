@@ -43,7 +43,7 @@ constexpr Entry kTypes[] = {
 
 DdlType LookupDdlType(std::string_view name) {
     for (const Entry& e : kTypes)
-        if (EqualNoCase(name, e.name)) return e.type;
+        if (SameName(name, e.name)) return e.type;
     return {};
 }
 

@@ -2,16 +2,13 @@
 #include <algorithm>
 #include <cstdio>
 #include <cctype>
-#include <strings.h>
+#include "platform/dao/jet/text_util.h"
 
 #include "platform/dao/jet/errors.h"
 #include "platform/dao/jet/writer.h"
 
 namespace zelvo::dao::jet {
 
-bool EqualNoCase(std::string_view a, std::string_view b) {
-    return a.size() == b.size() && strncasecmp(a.data(), b.data(), a.size()) == 0;
-}
 
 namespace {
 
@@ -76,9 +73,9 @@ std::string Writer::Param(int literal) const {
 bool SourceScope::Resolve(const std::string& qualifier, const std::string& name, std::string& sql) const {
     if (!qualifier.empty()) {
         for (const Entry& e : entries) {
-            if (!EqualNoCase(e.written, qualifier) && !EqualNoCase(e.ref, qualifier)) continue;
+            if (!SameName(e.written, qualifier) && !SameName(e.ref, qualifier)) continue;
             for (const std::string& c : e.columns) {
-                if (EqualNoCase(c, name)) {
+                if (SameName(c, name)) {
                     sql = Writer::Quote(e.ref) + "." + Writer::Quote(c);
                     return true;
                 }
@@ -91,7 +88,7 @@ bool SourceScope::Resolve(const std::string& qualifier, const std::string& name,
     const std::string* column = nullptr;
     for (const Entry& e : entries) {
         for (const std::string& c : e.columns) {
-            if (EqualNoCase(c, name)) {
+            if (SameName(c, name)) {
                 if (found && found != &e) ThrowAmbiguousField(name);
                 found = &e;
                 column = &c;
@@ -107,7 +104,7 @@ bool SourceScope::Resolve(const std::string& qualifier, const std::string& name,
 void Writer::AddUnknown(const std::string& qualifier, const std::string& name) {
     std::string full = qualifier.empty() ? name : qualifier + "." + name;
     for (const std::string& u : unknown_)
-        if (EqualNoCase(u, full)) return;
+        if (SameName(u, full)) return;
     unknown_.push_back(std::move(full));
 }
 
@@ -161,8 +158,8 @@ constexpr FunctionSpec kFunctions[] = {
 };
 
 bool IsAggregateName(std::string_view n) {
-    return EqualNoCase(n, "COUNT") || EqualNoCase(n, "SUM") || EqualNoCase(n, "AVG") || EqualNoCase(n, "MIN") ||
-           EqualNoCase(n, "MAX");
+    return SameName(n, "COUNT") || SameName(n, "SUM") || SameName(n, "AVG") || SameName(n, "MIN") ||
+           SameName(n, "MAX");
 }
 
 // The function's entry; `dollar` tells whether it was written with "$"
@@ -171,7 +168,7 @@ const FunctionSpec* FindFunction(std::string_view name, bool& dollar) {
     dollar = !name.empty() && name.back() == '$';
     if (dollar) name.remove_suffix(1);
     for (const FunctionSpec& f : kFunctions)
-        if (EqualNoCase(name, f.name)) return &f;
+        if (SameName(name, f.name)) return &f;
     return nullptr;
 }
 

@@ -2,7 +2,7 @@
 
 #include <array>
 #include <cstdlib>
-#include <strings.h>
+#include "platform/dao/jet/text_util.h"
 
 #include "platform/dao/jet/errors.h"
 
@@ -10,9 +10,6 @@ namespace zelvo::dao::jet {
 
 namespace {
 
-bool EqualNoCase(std::string_view a, std::string_view b) {
-    return a.size() == b.size() && strncasecmp(a.data(), b.data(), a.size()) == 0;
-}
 
 // Words that end an expression or a name list; they are never taken as names
 // unless written in brackets.
@@ -94,7 +91,7 @@ Token Parser::Take() {
 }
 
 bool Parser::IsKeyword(const Token& t, std::string_view kw) const {
-    return t.kind == Tok::Word && EqualNoCase(t.text, kw);
+    return t.kind == Tok::Word && SameName(t.text, kw);
 }
 
 bool Parser::AcceptKeyword(std::string_view kw) {
@@ -117,7 +114,7 @@ bool Parser::AcceptSymbol(std::string_view s) {
 bool Parser::IsReserved(const Token& t) const {
     if (t.kind != Tok::Word) return false;
     for (std::string_view kw : kReserved)
-        if (EqualNoCase(t.text, kw)) return true;
+        if (SameName(t.text, kw)) return true;
     return false;
 }
 

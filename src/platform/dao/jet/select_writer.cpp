@@ -135,7 +135,7 @@ struct OrderScope : NameScope {
         if (sources->Resolve(qualifier, name, sql)) return true;
         if (!qualifier.empty()) return false;
         for (const std::string& a : *aliases) {
-            if (!a.empty() && EqualNoCase(a, name)) {
+            if (!a.empty() && SameName(a, name)) {
                 sql = Writer::Quote(a);
                 return true;
             }
@@ -151,11 +151,11 @@ std::optional<Translation::LookupColumn> TableFieldOf(const Expr& col, const Sou
     Translation::LookupColumn found;
     for (std::size_t k = 0; k < scope.entries.size(); ++k) {
         const auto& entry = scope.entries[k];
-        if (!col.qualifier.empty() && !EqualNoCase(col.qualifier, entry.written) &&
-            !EqualNoCase(col.qualifier, entry.ref))
+        if (!col.qualifier.empty() && !SameName(col.qualifier, entry.written) &&
+            !SameName(col.qualifier, entry.ref))
             continue;
         for (const std::string& c : entry.columns) {
-            if (!EqualNoCase(c, col.name)) continue;
+            if (!SameName(c, col.name)) continue;
             if (found.source >= 0) return std::nullopt;  // ambiguous: not ours to guess
             found.source = static_cast<int>(k);
             found.column = c;
@@ -219,8 +219,8 @@ Writer::SelectResult Writer::WriteSelect(const Select& s, const NameScope* outer
             bool any = false;
             for (std::size_t k = 0; k < scope.entries.size(); ++k) {
                 const auto& entry = scope.entries[k];
-                if (!e.qualifier.empty() && !EqualNoCase(e.qualifier, entry.written) &&
-                    !EqualNoCase(e.qualifier, entry.ref))
+                if (!e.qualifier.empty() && !SameName(e.qualifier, entry.written) &&
+                    !SameName(e.qualifier, entry.ref))
                     continue;
                 any = true;
                 for (const std::string& c : entry.columns) {
@@ -246,11 +246,11 @@ Writer::SelectResult Writer::WriteSelect(const Select& s, const NameScope* outer
             // Which source gives this field (for updates through the result)?
             for (std::size_t k = 0; k < scope.entries.size() && o.source < 0; ++k) {
                 const auto& entry = scope.entries[k];
-                if (!e.qualifier.empty() && !EqualNoCase(e.qualifier, entry.written) &&
-                    !EqualNoCase(e.qualifier, entry.ref))
+                if (!e.qualifier.empty() && !SameName(e.qualifier, entry.written) &&
+                    !SameName(e.qualifier, entry.ref))
                     continue;
                 for (const std::string& c : entry.columns) {
-                    if (EqualNoCase(c, e.name)) {
+                    if (SameName(c, e.name)) {
                         o.source = static_cast<int>(k);
                         o.sourceColumn = c;
                         o.qualified = entry.written + "." + c;
@@ -278,7 +278,7 @@ Writer::SelectResult Writer::WriteSelect(const Select& s, const NameScope* outer
         std::string name = outs[k].name;
         if (!outs[k].aliased && outs[k].source >= 0) {
             for (std::size_t j = 0; j < outs.size(); ++j) {
-                if (j != k && EqualNoCase(outs[j].name, outs[k].name)) {
+                if (j != k && SameName(outs[j].name, outs[k].name)) {
                     name = outs[k].qualified;
                     break;
                 }

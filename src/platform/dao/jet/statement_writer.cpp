@@ -28,7 +28,7 @@ SourceScope SingleTableScope(const CatalogObject& t) {
 
 const std::string* FindColumn(const CatalogObject& t, const std::string& name) {
     for (const std::string& c : t.columns)
-        if (EqualNoCase(c, name)) return &c;
+        if (SameName(c, name)) return &c;
     return nullptr;
 }
 
@@ -65,7 +65,7 @@ Translation TranslateDdl(const Statement& st, const Parser& parser, const Catalo
         int counters = 0;
         for (std::size_t k = 0; k < st.columnSpecs.size(); ++k) {
             for (std::size_t j = 0; j < k; ++j)
-                if (EqualNoCase(st.columnSpecs[j].name, st.columnSpecs[k].name))
+                if (SameName(st.columnSpecs[j].name, st.columnSpecs[k].name))
                     throw Error(3191, "Cannot define field more than once.", kErrorSource);
             tr.columnDefs.push_back(
                 MakeColumnDef(st.columnSpecs[k], parser.literals(), &ThrowCreateTableSyntax, tr.cacheable));

@@ -54,6 +54,23 @@ std::u32string FoldCase(std::u32string s) {
     return s;
 }
 
+std::string FoldName(std::string_view name) {
+    std::string out;
+    out.reserve(name.size());
+    if (IsAscii(name)) {
+        for (char c : name) out += (c >= 'A' && c <= 'Z') ? static_cast<char>(c + 32) : c;
+        return out;
+    }
+    for (char32_t c : DecodeUtf8(name)) AppendUtf8(out, FoldCase(c));
+    return out;
+}
+
+bool SameName(std::string_view a, std::string_view b) {
+    // Names are nearly always plain ASCII: compared without a call per character.
+    if (IsAscii(a) && IsAscii(b)) return SameAsciiName(a, b);
+    return FoldName(a) == FoldName(b);
+}
+
 char32_t ToUpper(char32_t c) { return static_cast<char32_t>(u_toupper(static_cast<UChar32>(c))); }
 char32_t ToLower(char32_t c) { return static_cast<char32_t>(u_tolower(static_cast<UChar32>(c))); }
 

@@ -19,6 +19,7 @@
 #include "platform/dao/jet/ast.h"
 #include "platform/dao/jet/jet_sql.h"
 #include "platform/dao/jet/parser.h"
+#include "platform/dao/jet/text_util.h"
 
 namespace zelvo::dao::jet {
 
@@ -96,7 +97,6 @@ private:
     std::vector<std::string> unknown_;
 };
 
-bool EqualNoCase(std::string_view a, std::string_view b);
 
 // The column references that `condition` (a WHERE clause or a criteria
 // string) compares by "=" with a literal in its top-level conjunction, as in
