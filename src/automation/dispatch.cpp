@@ -10,6 +10,7 @@
 #include <limits>
 
 #include "platform/core/error.h"
+#include "platform/core/number_text.h"
 #include "platform/dao/jet/text_util.h"
 #include "zelvo/addressbook.h"
 
@@ -26,27 +27,6 @@ std::string Trim(std::string_view s) {
     if (b == std::string_view::npos) return {};
     size_t e = s.find_last_not_of(" \t\r\n");
     return std::string(s.substr(b, e - b + 1));
-}
-
-// A text as a number, as the runtime reads one: decimal with an optional
-// sign, point and exponent, or &H / &O for hexadecimal and octal.
-std::optional<double> ParseNumber(std::string_view text) {
-    std::string t = Trim(text);
-    if (t.empty()) return std::nullopt;
-    if (t.size() > 2 && t[0] == '&' && (t[1] == 'H' || t[1] == 'h' || t[1] == 'O' || t[1] == 'o')) {
-        char* end = nullptr;
-        long long v = std::strtoll(t.c_str() + 2, &end, (t[1] == 'H' || t[1] == 'h') ? 16 : 8);
-        if (*end) return std::nullopt;
-        return static_cast<double>(v);
-    }
-    char* end = nullptr;
-    double v = std::strtod(t.c_str(), &end);
-    if (*end || end == t.c_str() || std::isnan(v) || std::isinf(v)) return std::nullopt;
-    // strtod reads "0x10" and "inf"; the runtime does not.
-    for (char c : t)
-        if (!(std::isdigit(static_cast<unsigned char>(c)) || c == '+' || c == '-' || c == '.' || c == 'e' || c == 'E'))
-            return std::nullopt;
-    return v;
 }
 
 std::int64_t ToWhole(const Variant& value, std::int64_t lo, std::int64_t hi) {

@@ -4,19 +4,11 @@
 #include <cmath>
 #include <cstdio>
 
+#include "platform/core/number_text.h"
+
 namespace zelvo {
 
 namespace {
-
-bool ParseNumber(const std::string& s, double& out) {
-    size_t b = s.find_first_not_of(" \t");
-    size_t e = s.find_last_not_of(" \t");
-    if (b == std::string::npos) return false;
-    const char* first = s.data() + b;
-    const char* last = s.data() + e + 1;
-    auto [p, ec] = std::from_chars(first, last, out);
-    return ec == std::errc{} && p == last;
-}
 
 std::string FormatDouble(double d) {
     if (std::isfinite(d) && d == std::floor(d) && std::fabs(d) < 1e15) {
@@ -36,8 +28,7 @@ std::int64_t Variant::AsInteger() const {
         case Kind::Double: return static_cast<std::int64_t>(std::nearbyint(real()));
         case Kind::Boolean: return boolean() ? -1 : 0;
         case Kind::Text: {
-            double d = 0;
-            if (ParseNumber(text(), d)) return static_cast<std::int64_t>(std::nearbyint(d));
+            if (auto d = ParseNumber(text())) return static_cast<std::int64_t>(std::nearbyint(*d));
             if (text() == "True" || text() == "true") return -1;
             return 0;
         }
@@ -50,8 +41,7 @@ double Variant::AsDouble() const {
     switch (kind()) {
         case Kind::Double: return real();
         case Kind::Text: {
-            double d = 0;
-            return ParseNumber(text(), d) ? d : 0.0;
+            return ParseNumber(text()).value_or(0.0);
         }
         default: return static_cast<double>(AsInteger());
     }

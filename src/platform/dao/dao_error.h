@@ -42,6 +42,7 @@ enum DaoErrorNumber : int {
     kOpenedExclusively = 3356,
     kFieldExists = 3191,
     kObjectInvalid = 3420,
+    kTypeConversion = 3421,
 };
 
 // The error `number` with its text; `a` and `b` fill the text's first and

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "platform/core/number_text.h"
 #include "platform/dao/jet/text_util.h"
 #include "platform/dao/sql_text.h"
 
@@ -17,16 +18,6 @@ size_t CharCount(const std::string& s) {
     return n;
 }
 
-bool IsNumericText(const std::string& s, double& out) {
-    Variant v(s);
-    out = v.AsDouble();
-    if (out != 0) return true;
-    // AsDouble gives 0 for both "0" and "abc": look at the text itself.
-    auto b = s.find_first_not_of(" \t");
-    if (b == std::string::npos) return false;
-    return s.find_first_not_of("0123456789.+-eE ", b) == std::string::npos;
-}
-
 // The value of a DAO DefaultValue text: a number, a quoted text, True/False.
 Variant DefaultOf(const FieldProps& f) {
     const std::string& d = f.defaultValue;
@@ -35,11 +26,10 @@ Variant DefaultOf(const FieldProps& f) {
         return Variant(d.substr(1, d.size() - 2));
     if (SameName(d, "True")) return Variant(true);
     if (SameName(d, "False")) return Variant(false);
-    double x = 0;
-    if (IsNumericText(d, x)) {
-        if (f.type == dbBoolean) return Variant(x != 0);
-        if (x == std::floor(x)) return Variant(static_cast<std::int64_t>(x));
-        return Variant(x);
+    if (auto x = ParseNumber(d)) {
+        if (f.type == dbBoolean) return Variant(*x != 0);
+        if (*x == std::floor(*x)) return Variant(static_cast<std::int64_t>(*x));
+        return Variant(*x);
     }
     return Variant(d);
 }
@@ -289,19 +279,28 @@ Variant RecordsetImpl::Coerce(const Column& c, const Variant& v) const {
                 throw DaoError(kFieldTooSmall);
             return Variant(std::move(s));
         }
-        case dbBoolean: return Variant(v.AsInteger() != 0);
-        case dbByte: case dbInteger: case dbLong: {
-            if (v.IsText()) {
-                double x = 0;
-                if (!IsNumericText(v.text(), x)) throw Error(3421, "Data type conversion error.", "DAO.Field");
-            }
-            if (v.kind() == Variant::Kind::Bytes) throw Error(3421, "Data type conversion error.", "DAO.Field");
-            return Variant(v.AsInteger());
-        }
         case dbLongBinary:
             if (v.kind() == Variant::Kind::Bytes) return v;
             { std::string s = v.AsText(); return Variant(Bytes(s.begin(), s.end())); }
-        default: return Variant(v.AsDouble());
+        default: break;
+    }
+    // A number field takes a text only when the whole text is a number:
+    // "+5" is 5, "1-2" or "abc" is a conversion error, never a silent 0.
+    if (v.kind() == Variant::Kind::Bytes) throw DaoError(kTypeConversion);
+    double x = 0;
+    if (v.IsText()) {
+        std::optional<double> n = ParseNumber(v.text());
+        if (!n && c.props.type == dbBoolean && (SameName(v.text(), "True") || SameName(v.text(), "False")))
+            n = SameName(v.text(), "True") ? -1 : 0;
+        if (!n) throw DaoError(kTypeConversion);
+        x = *n;
+    } else {
+        x = v.AsDouble();
+    }
+    switch (c.props.type) {
+        case dbBoolean: return Variant(x != 0);
+        case dbByte: case dbInteger: case dbLong: return Variant(static_cast<std::int64_t>(std::nearbyint(x)));
+        default: return Variant(x);
     }
 }
 

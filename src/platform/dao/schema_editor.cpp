@@ -1,5 +1,8 @@
 #include "platform/dao/schema_editor.h"
 
+#include <cmath>
+
+#include "platform/core/number_text.h"
 #include "platform/dao/sql_text.h"
 
 namespace zelvo::dao::detail {
@@ -14,12 +17,10 @@ std::string DefaultLiteral(const FieldProps& f) {
         return SqlLiteral(Variant(d.substr(1, d.size() - 2)));
     if (SameName(d, "True")) return "-1";
     if (SameName(d, "False")) return "0";
-    bool number = !d.empty();
-    for (size_t i = 0; i < d.size(); ++i) {
-        char ch = d[i];
-        if (!(std::isdigit(static_cast<unsigned char>(ch)) || ch == '.' || (i == 0 && ch == '-'))) number = false;
-    }
-    return number ? d : "";
+    std::optional<double> n = ParseNumber(d);
+    if (!n) return "";
+    if (*n == std::floor(*n) && std::fabs(*n) < 1e15) return std::to_string(static_cast<std::int64_t>(*n));
+    return SqlLiteral(Variant(*n));
 }
 
 std::string ColumnSql(const FieldProps& f) {
@@ -186,9 +187,12 @@ void Rebuild(Connection& c, const TableSchema& old, std::vector<FieldProps> fiel
         c.ExecRaw(CreateSql(temp, fields));
         std::string to, from;
         for (size_t i = 0; i < fields.size(); ++i) {
-            if (sourceOf[i].empty()) continue;
+            // A new field's DefaultValue is for rows added from now on: the
+            // rows already there stay Null in it, as in Jet. (A Required
+            // one takes the default, or SQLite would refuse the copy.)
+            if (sourceOf[i].empty() && (fields[i].IsCounter() || fields[i].required)) continue;
             to += (to.empty() ? "" : ", ") + QuoteName(fields[i].name);
-            from += (from.empty() ? "" : ", ") + QuoteName(sourceOf[i]);
+            from += (from.empty() ? "" : ", ") + (sourceOf[i].empty() ? "NULL" : QuoteName(sourceOf[i]));
         }
         // Rows keep their rowids, which open record sets (here and in other
         // connections) hold as keys; a Counter is the rowid itself, and a new

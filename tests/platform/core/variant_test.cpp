@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "platform/core/number_text.h"
+
 namespace zelvo {
 namespace {
 
@@ -19,6 +21,20 @@ TEST(Variant, LooseConversionsFollowTheRuntime) {
     EXPECT_EQ(Variant(1.25).AsText(), "1.25");
     EXPECT_EQ(Variant(3.0).AsText(), "3");
     EXPECT_EQ(Variant(Bytes{'a', 'b'}).AsText(), "ab");
+}
+
+// One reader of numbers in texts for every conversion: a sign in front is
+// part of a number, a sign inside or anything after it makes no number.
+TEST(Variant, TextsReadAsNumbersOnlyWhenTheWholeTextIsOne) {
+    EXPECT_EQ(ParseNumber("+5"), 5.0);
+    EXPECT_EQ(ParseNumber(" -1.5e2\t"), -150.0);
+    EXPECT_EQ(ParseNumber(".5"), 0.5);
+    EXPECT_EQ(ParseNumber("&HFF"), 255.0);
+    EXPECT_EQ(ParseNumber("&o17"), 15.0);
+    for (const char* no : {"1-2", "", " ", "+", "abc", "5x", "inf", "nan", "0x10", "--5", "&H", "&HZZ", "1e999"})
+        EXPECT_FALSE(ParseNumber(no)) << no;
+    EXPECT_EQ(Variant("+5").AsInteger(), 5);
+    EXPECT_EQ(Variant("1-2").AsDouble(), 0.0);
 }
 
 TEST(Variant, KindsStayApartInComparison) {

@@ -225,12 +225,12 @@ TEST_F(Schema, ARecordSetRequeriedAfterItsTableChangedEditsTheRightRows) {
 
     // Fields read by name before the change are found anew after it.
     EXPECT_EQ(rs("OwnerType").AsInteger(), 0);
-    EXPECT_EQ(rs("Level").AsInteger(), 1);
+    EXPECT_TRUE(rs("Level").IsNull());  // a new field's default is for new rows
     t.Fields().Delete("OwnerType");
     rs.Requery();
     EXPECT_EQ(ErrorOf([&] { rs("OwnerType"); }), 3265);
     rs.MoveLast();
-    EXPECT_EQ(rs("Level").AsInteger(), 1);
+    EXPECT_TRUE(rs("Level").IsNull());
     EXPECT_EQ(rs("Project").AsText(), "changed");
     rs.MoveFirst();
     rs.Delete();

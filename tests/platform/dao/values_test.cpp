@@ -123,5 +123,36 @@ TEST_F(Values, TextsCompareAndSortWithoutCaseInEveryAlphabet) {
     EXPECT_TRUE(rs.NoMatch());
 }
 
+// A text given to a number field is taken only when it is a number as a
+// whole, the same way for a field's value and its DefaultValue; a field
+// appended with a DefaultValue leaves the rows already there Null.
+TEST_F(Values, NumberFieldsTakeTextsThatAreNumbersAndRefuseTheRest) {
+    Recordset rs = db.OpenRecordset("Organizations");
+    rs.Edit();
+    rs.SetValue("Parent ID", Variant("+5"));
+    EXPECT_EQ(rs("Parent ID").AsInteger(), 5);
+    rs.SetValue("Parent ID", Variant(" &H10 "));
+    EXPECT_EQ(rs("Parent ID").AsInteger(), 16);
+    for (const char* bad : {"1-2", "abc", "", "5 6"})
+        EXPECT_EQ(ErrorOf([&] { rs.SetValue("Parent ID", Variant(bad)); }), 3421) << bad;
+    rs.Update();
+    EXPECT_EQ(Rows(db, "Select [Parent ID] From Organizations Where Organization = \"NullParent\"", "Parent ID"),
+              "16");
+
+    dao::TableDef t = db.TableDefs()("Organizations");
+    dao::Field depth = t.CreateField("Depth", dao::dbLong);
+    depth.SetDefaultValue("+3");
+    t.Fields().Append(depth);
+    EXPECT_EQ(Rows(db, "Select Count(*) As n From Organizations Where Depth Is Null", "n"), "3");  // as in Jet
+    Recordset added = db.OpenRecordset("Organizations");
+    added.AddNew();
+    EXPECT_EQ(added("Depth").AsInteger(), 3);
+    added.SetValue("Organization", Variant("New"));
+    added.Update();
+    EXPECT_EQ(Rows(db, "Select Depth From Organizations Where Organization = \"New\"", "Depth"), "3");
+    db.Execute("Insert Into Organizations (Organization) Values (\"ByInsert\")");
+    EXPECT_EQ(Rows(db, "Select Depth From Organizations Where Organization = \"ByInsert\"", "Depth"), "3");
+}
+
 }  // namespace
 }  // namespace zelvo::testing
