@@ -152,6 +152,7 @@ bool RecordsetImpl::FetchOne() {
 
 void RecordsetImpl::ForgetRows() {
     rows_.clear();
+    deletedAt_.clear();
     keyIndex_.clear();
     indexed_ = 0;
     arena_.Clear();  // after the rows: only they point into it
@@ -427,31 +428,30 @@ std::int64_t RecordsetImpl::AbsolutePosition() {
     Place();
     if (eof_ || pos_ < 0) return -1;
     if (rows_[static_cast<size_t>(pos_)].deleted) throw DaoError(kNoCurrentRecord);
-    std::int64_t live = 0;
-    for (std::int64_t i = 0; i < pos_; ++i)
-        if (!rows_[static_cast<size_t>(i)].deleted) ++live;
-    return live;
+    return pos_ - DeletedBefore(pos_);
+}
+
+std::int64_t RecordsetImpl::DeletedBefore(std::int64_t index) const {
+    return std::lower_bound(deletedAt_.begin(), deletedAt_.end(), index) - deletedAt_.begin();
 }
 
 void RecordsetImpl::SetAbsolutePosition(std::int64_t p) {
     CheckOpen();
     if (p < 0) throw DaoError(kInvalidArgument);
     DiscardEdit();
-    std::int64_t live = -1;
-    for (std::int64_t i = 0;; ++i) {
-        if (!EnsureRow(i)) throw DaoError(kInvalidArgument);
-        if (rows_[static_cast<size_t>(i)].deleted) continue;
-        if (++live == p) { SetCurrent(i); return; }
-    }
+    // The p-th live row stands p places on, plus one for each tombstone
+    // on the way.
+    std::int64_t i = p;
+    for (std::int64_t d : deletedAt_)
+        if (d <= i) ++i;
+    if (!EnsureRow(i)) throw DaoError(kInvalidArgument);
+    SetCurrent(i);
 }
 
 std::int64_t RecordsetImpl::RecordCount() const {
     CheckOpen();
-    std::int64_t n = 0;
     std::int64_t limit = std::min<std::int64_t>(reached_, static_cast<std::int64_t>(rows_.size()));
-    for (std::int64_t i = 0; i < limit; ++i)
-        if (!rows_[static_cast<size_t>(i)].deleted) ++n;
-    return n;
+    return limit - DeletedBefore(limit);
 }
 
 // ------------------------------------------------------------ find
@@ -787,6 +787,7 @@ void RecordsetImpl::Delete() {
     sqlite3_bind_int64(d.get(), 1, row.keys[0]);
     conn_->Step(d.get(), table);
     row.deleted = true;  // stays current, but can no longer be read
+    deletedAt_.insert(std::upper_bound(deletedAt_.begin(), deletedAt_.end(), pos_), pos_);
 }
 
 void RecordsetImpl::Requery() {

@@ -130,6 +130,7 @@ private:
     StatementLease PrepareMatcher(const std::string& criteriaSql, const std::vector<Variant>& literals);
     bool MatchesAt(std::int64_t index, sqlite3_stmt* matcher);
     std::int64_t IndexOf(const Row& row) const;  // the live row with row's keys, or -1
+    std::int64_t DeletedBefore(std::int64_t index) const;  // tombstones among rows_[0, index)
     void ProbeWriteLock();
 
     std::shared_ptr<Connection> conn_;
@@ -148,6 +149,9 @@ private:
     RowArena arena_;               // declared before rows_, which point into it
     mutable std::vector<PackedValues::Builder::Staged> staging_;  // where ReadRow notes a row's values
     ChunkedList<Row> rows_;
+    // Indexes of the tombstones in rows_, in order: positions and counts
+    // are found from them without a walk over the rows.
+    std::vector<std::int64_t> deletedAt_;
     mutable std::unordered_multimap<std::size_t, std::int64_t> keyIndex_;  // key hash → index in rows_
     mutable std::int64_t indexed_ = 0;  // rows_ entered in keyIndex_ so far
     std::int64_t pos_ = -1;        // index into rows_, -1 before the first, rows_.size() after the last

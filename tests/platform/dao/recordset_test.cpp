@@ -53,11 +53,37 @@ TEST_F(RecordsetTest, MovesPastTheEndsSetBofAndEofThenFail) {
     EXPECT_EQ(ErrorOf([&] { rs.MovePrevious(); }), 3021);
 }
 
-TEST_F(RecordsetTest, AbsolutePositionCanBeSet) {
+// Positions and the count pass over deleted rows, however many there are
+// and wherever they stand.
+TEST_F(RecordsetTest, AbsolutePositionAndRecordCountPassOverDeletedRows) {
     Recordset rs = db.OpenRecordset("PersonalData");
     rs.SetAbsolutePosition(2);
     EXPECT_EQ(rs("Personal ID").AsInteger(), 3);
     EXPECT_EQ(ErrorOf([&] { rs.SetAbsolutePosition(10); }), 3001);
+    for (int i = 0; i < 6; ++i) {
+        rs.AddNew();
+        rs.SetValue("FullName", "n" + std::to_string(i));
+        rs.Update();
+    }
+    rs.MoveFirst();
+    rs.MoveNext();
+    rs.Delete();  // person 2
+    rs.SetAbsolutePosition(4);
+    EXPECT_EQ(rs("FullName").AsText(), "n1");
+    rs.Delete();
+    rs.MoveNext();
+    rs.Delete();  // n1 and n2: now 1,3,4,n0,n3,n4,n5
+    rs.MoveLast();
+    EXPECT_EQ(rs.RecordCount(), 7);
+    EXPECT_EQ(rs.AbsolutePosition(), 6);
+    std::string seen;
+    for (int p = 0; p < 7; ++p) {
+        rs.SetAbsolutePosition(p);
+        EXPECT_EQ(rs.AbsolutePosition(), p);
+        seen += rs("FullName").AsText() + ",";
+    }
+    EXPECT_EQ(seen, "Иванов Иван,,Archive Person,n0,n3,n4,n5,");
+    EXPECT_EQ(ErrorOf([&] { rs.SetAbsolutePosition(7); }), 3001);
 }
 
 TEST_F(RecordsetTest, FieldsAreFoundByNameWithoutRegardToCase) {
