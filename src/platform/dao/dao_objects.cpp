@@ -75,6 +75,15 @@ bool LooksLikeSql(std::string_view s) {
 
 std::string SelectAllFrom(std::string_view name) { return "SELECT * FROM [" + std::string(name) + "]"; }
 
+// What opening `source` runs: SQL as it is, a saved query by its own text
+// (so that a query over one table can be edited, as in Jet), a table whole.
+std::string SourceSql(Connection& c, std::string_view source) {
+    if (LooksLikeSql(source)) return std::string(source);
+    if (const detail::QuerySchema* q = c.FindQuery(source))
+        if (LooksLikeSql(q->sql)) return q->sql;
+    return SelectAllFrom(source);
+}
+
 }  // namespace
 
 // ------------------------------------------------------------ Field
@@ -294,7 +303,7 @@ void QueryDef::SetSQL(const std::string& sql) {
 
 Recordset QueryDef::OpenRecordset(int type) const {
     if (!node_) Invalid();
-    return Database(node_->conn).OpenRecordset(node_->saved ? SelectAllFrom(node_->name) : node_->sql, type);
+    return Database(node_->conn).OpenRecordset(node_->saved ? node_->name : node_->sql, type);
 }
 
 int QueryDefs::Count() const {
@@ -410,7 +419,7 @@ Connection& Database::C() const {
 
 Recordset Database::OpenRecordset(std::string_view source, int type) const {
     C();
-    std::string sql = LooksLikeSql(source) ? std::string(source) : SelectAllFrom(source);
+    std::string sql = SourceSql(*conn_, source);
     bool readOnly = type == dbOpenSnapshot || type == dbOpenForwardOnly || conn_->readOnly();
     return Recordset(RecordsetImpl::Open(conn_, jet::Parameterize(sql), readOnly));
 }

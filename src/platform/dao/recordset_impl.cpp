@@ -107,7 +107,7 @@ void RecordsetImpl::Start() {
     live_ = std::move(p.statement);
     conn_->BindLiterals(live_.get(), shape_.literals);
     exhausted_ = false;
-    updatable_ = !readOnly_ && !tr_->distinct && tr_->hiddenRowids > 0;
+    updatable_ = !readOnly_ && !tr_->distinct && !tr_->commaJoin && tr_->hiddenRowids > 0;
 
     // Requery takes the layout afresh too: the tables may have changed since
     // the set was opened, and keys must not be read from the wrong columns.
@@ -611,9 +611,43 @@ void RecordsetImpl::ProbeWriteLock() {
     conn_->ThrowSqlite(sqlite3_extended_errcode(conn_->db()));
 }
 
+namespace {
+
+// A savepoint around writes that belong together; what was written is
+// undone unless Commit is reached.
+class AllOrNothing {
+public:
+    AllOrNothing(Connection& c, bool needed) : c_(needed ? &c : nullptr) {
+        if (c_) c_->ExecRaw("SAVEPOINT zelvo_row");
+    }
+    void Commit() {
+        if (c_) c_->ExecRaw("RELEASE zelvo_row");
+        c_ = nullptr;
+    }
+    ~AllOrNothing() {
+        if (!c_) return;
+        sqlite3_exec(c_->db(), "ROLLBACK TO zelvo_row; RELEASE zelvo_row", nullptr, nullptr, nullptr);
+    }
+    AllOrNothing(const AllOrNothing&) = delete;
+    AllOrNothing& operator=(const AllOrNothing&) = delete;
+
+private:
+    Connection* c_;
+};
+
+}  // namespace
+
+void RecordsetImpl::RequireUpdatable() const {
+    if (updatable_) return;
+    // Jet opens a join written in WHERE as a snapshot: read-only, like a
+    // set opened so; other sets it cannot write are "not updatable".
+    if (readOnly_ || tr_->commaJoin) throw DaoError(kReadOnly);
+    throw DaoError(kRecordsetNotUpdatable);
+}
+
 void RecordsetImpl::Edit() {
     CheckOpen();
-    if (!updatable_) throw DaoError(kRecordsetNotUpdatable);
+    RequireUpdatable();
     Place();
     const Row& row = CurrentRow();  // 3021 / 3167 before the file is asked for anything
     conn_->BeforeWrite();
@@ -626,7 +660,7 @@ void RecordsetImpl::Edit() {
 
 void RecordsetImpl::AddNew() {
     CheckOpen();
-    if (!updatable_) throw DaoError(kRecordsetNotUpdatable);
+    RequireUpdatable();
     conn_->BeforeWrite();
     Place();
     DiscardEdit();
@@ -680,6 +714,11 @@ void RecordsetImpl::Update() {
         return -1;
     };
 
+    // A row of a join may be written to several tables: all of them or none.
+    int tablesWritten = 0;
+    for (const auto& v : bySource) tablesWritten += v.empty() ? 0 : 1;
+    AllOrNothing whole(*conn_, tablesWritten > 1);
+
     if (editMode_ == 1) {
         Row& row = pos_ == kUnplaced ? *unplaced_ : rows_[static_cast<size_t>(pos_)];
         for (size_t s = 0; s < bySource.size(); ++s) {
@@ -697,7 +736,8 @@ void RecordsetImpl::Update() {
             {
                 StatementLease q = conn_->PrepareRaw(check);
                 sqlite3_bind_int64(q.get(), 1, key);
-                if (!conn_->Step(q.get(), table)) throw DaoError(kWriteConflict);
+                // Gone since this set read it: another connection deleted it.
+                if (!conn_->Step(q.get(), table)) throw DaoError(kRecordDeleted);
                 for (size_t j = 0; j < colsOfSource.size(); ++j) {
                     int ci = colsOfSource[j];
                     if (!(ReadValue(q.get(), static_cast<int>(j), cols()[static_cast<size_t>(ci)]) ==
@@ -716,6 +756,7 @@ void RecordsetImpl::Update() {
             sqlite3_bind_int64(u.get(), static_cast<int>(colsOfSource.size() + 1), key);
             conn_->Step(u.get(), table);
         }
+        whole.Commit();
         std::vector<Variant> values = row.values.Unpack();
         for (size_t i = 0; i < cols().size(); ++i)
             if (dirty_[i]) values[i] = buffer_[i];
@@ -755,6 +796,7 @@ void RecordsetImpl::Update() {
         int slot = keySlot(static_cast<int>(s));
         if (slot >= 0) added.keys[static_cast<size_t>(slot)] = sqlite3_last_insert_rowid(conn_->db());
     }
+    whole.Commit();
     FinishReading();
     rows_.push_back(std::move(added));
     if (reached_ == static_cast<std::int64_t>(rows_.size()) - 1) reached_ = static_cast<std::int64_t>(rows_.size());
@@ -774,7 +816,7 @@ void RecordsetImpl::Update() {
 
 void RecordsetImpl::Delete() {
     CheckOpen();
-    if (!updatable_) throw DaoError(kRecordsetNotUpdatable);
+    RequireUpdatable();
     DiscardEdit();
     Place();
     CurrentRow();  // 3021 / 3167

@@ -132,6 +132,7 @@ private:
     std::int64_t IndexOf(const Row& row) const;  // the live row with row's keys, or -1
     std::int64_t DeletedBefore(std::int64_t index) const;  // tombstones among rows_[0, index)
     void ProbeWriteLock();
+    void RequireUpdatable() const;  // 3027 for a read-only set, 3326 for one Jet cannot write
 
     std::shared_ptr<Connection> conn_;
     jet::Shape shape_;

@@ -248,8 +248,25 @@ TEST_F(EngineErrors, DistinctAndSnapshotSetsAreReadOnly) {
     EXPECT_EQ(ErrorOf([&] { rs.AddNew(); }), 3326);
     EXPECT_EQ(ErrorOf([&] { rs.Delete(); }), 3326);
     Recordset snap = db.OpenRecordset("PersonalData", dao::dbOpenSnapshot);
-    EXPECT_EQ(ErrorOf([&] { snap.Edit(); }), 3326);
+    EXPECT_EQ(Describe([&] { snap.Edit(); }), "3027 Cannot update. Database or object is read-only.");
     EXPECT_TRUE(db.OpenRecordset("Select DistinctRow * From Projects").Updatable());
+
+    // A join written in WHERE is read-only; the same join written with
+    // JOIN is not. A saved query over one table can be edited.
+    Recordset comma = db.OpenRecordset(
+        "Select FullName, Project From PersonalData, Projects Where Projects.[Owner ID] = PersonalData.[Personal ID]");
+    EXPECT_FALSE(comma.Updatable());
+    EXPECT_EQ(ErrorOf([&] { comma.Edit(); }), 3027);
+    EXPECT_EQ(ErrorOf([&] { comma.AddNew(); }), 3027);
+    EXPECT_TRUE(db.OpenRecordset("Select FullName, Project From PersonalData Inner Join Projects On "
+                                 "Projects.[Owner ID] = PersonalData.[Personal ID]")
+                    .Updatable());
+    Recordset saved = db.OpenRecordset("PersPrj");
+    saved.Edit();
+    saved.SetValue("Project", "Renamed");
+    saved.Update();
+    EXPECT_EQ(Rows(db, "Select Project From Projects Where Project = \"Renamed\"", "Project"), "Renamed");
+    EXPECT_TRUE(db.QueryDefs()("PersPrj").OpenRecordset().Updatable());
 }
 
 TEST_F(EngineErrors, ClosedObjectsAreInvalid) {

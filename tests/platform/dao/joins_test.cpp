@@ -65,6 +65,31 @@ TEST_F(Joins, EditingAJoinWritesEachFieldToItsTable) {
     EXPECT_EQ(Rows(db, "Select * From Resources Where [Resource ID]=3", "ResourceString"), "smith@new.example");
 }
 
+// A row of a join whose record in one table another connection deleted:
+// Update fails with Jet's "Record is deleted." and writes neither table.
+TEST_F(Joins, AnUpdateOfTwoTablesWritesBothOrNeither) {
+    Recordset rs = db.OpenRecordset(
+        "Select Resources.*, ResourcesOwners.OwnerType From ResourcesOwners Inner Join "
+        "Resources On ResourcesOwners.[Resource ID] = Resources.[Resource ID] Where [Owner ID]=2");
+    rs.Edit();
+    rs.SetValue("OwnerType", 4);
+    rs.SetValue("ResourceString", "smith@new.example");
+    {
+        Database other = dao::Engine().OpenDatabase(dir.File("AddressBookW.mdb"));
+        other.Execute("Delete From Resources Where [Resource ID]=3");
+    }
+    EXPECT_EQ(Describe([&] { rs.Update(); }), "3167 Record is deleted.");
+    EXPECT_EQ(Rows(db, "Select * From ResourcesOwners Where [Resource ID]=3", "OwnerType"), "0");
+    rs.CancelUpdate();
+
+    // A single table's row deleted elsewhere: the same number on Update.
+    Recordset person = db.OpenRecordset("Select * From PersonalData Where [Personal ID]=2");
+    person.Edit();
+    person.SetValue("Comments", "late");
+    db.Execute("Delete From PersonalData Where [Personal ID]=2");
+    EXPECT_EQ(ErrorOf([&] { person.Update(); }), 3167);
+}
+
 TEST_F(Joins, FieldsOfTheSameNameInTwoTablesAreWrittenApart) {
     Recordset rs = db.OpenRecordset(
         "Select * From PersonalData Inner Join Employees On PersonalData.[Personal ID]=Employees.[Personal ID]");

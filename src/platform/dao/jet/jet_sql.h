@@ -134,6 +134,7 @@ struct Translation {
 
     // Select only.
     bool distinct = false;            // Select Distinct: the result is read-only
+    bool commaJoin = false;           // FROM a, b (no JOIN): read-only as well
     std::vector<OutputColumn> columns;
     std::vector<Source> sources;
     // Hidden columns after the visible ones: for each source with hasRowid,

@@ -375,6 +375,7 @@ Writer::SelectResult Writer::WriteSelect(const Select& s, const NameScope* outer
 
     result.sql = std::move(sql);
     result.distinct = distinct;
+    result.commaJoin = s.from.size() > 1;
     if (top && s.where)
         for (const Expr* col : ColumnsComparedWithLiterals(*s.where))
             if (auto field = TableFieldOf(*col, scope, infos)) result.lookupColumns.push_back(std::move(*field));

@@ -124,6 +124,7 @@ Translation TranslateStatement(const Shape& shape, const Catalog& catalog) {
         tr.sources = std::move(r.sources);
         tr.hiddenRowids = r.hiddenRowids;
         tr.distinct = r.distinct;
+        tr.commaJoin = r.commaJoin;
         tr.lookupColumns = std::move(r.lookupColumns);
         break;
     }

@@ -65,6 +65,7 @@ public:
         std::vector<Source> sources;
         int hiddenRowids = 0;
         bool distinct = false;
+        bool commaJoin = false;
         std::vector<Translation::LookupColumn> lookupColumns;
     };
     SelectResult WriteSelect(const Select& s, const NameScope* outer, bool top);
