@@ -35,6 +35,7 @@ enum DaoErrorNumber : int {
     kInvalidOperation = 3219,
     kLockedByUser = 3260,
     kItemNotFound = 3265,
+    kFieldInIndex = 3280,
     kRequiredNull = 3314,
     kZeroLengthString = 3315,
     kRecordsetNotUpdatable = 3326,

@@ -448,7 +448,9 @@ void Database::Execute(std::string_view sql) const {
         case jet::StatementKind::CreateTable: {
             std::vector<FieldProps> fields;
             for (const auto& d : tr.columnDefs) fields.push_back(propsOf(d));
-            detail::CreateTable(c, tr.table, fields);
+            std::vector<std::vector<std::string>> keys;
+            for (const auto& k : tr.keys) keys.push_back(k.columns);
+            detail::CreateTable(c, tr.table, fields, keys);
             return;
         }
         case jet::StatementKind::DropTable:

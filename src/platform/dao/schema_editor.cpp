@@ -107,6 +107,48 @@ void Atomically(Connection& c, F body) {
 
 std::string ViewSql(Connection& c, const std::string& name, const std::string& jetSql);
 
+// Unique keys are SQLite indexes named "key:<table>:<n>"; the engine's own
+// lookup indexes have other names.
+constexpr std::string_view kKeyPrefix = "key:";
+
+bool IndexExists(Connection& c, const std::string& name) {
+    StatementLease s = c.PrepareRaw("SELECT 1 FROM sqlite_master WHERE type = 'index' AND name = ?1");
+    sqlite3_bind_text(s.get(), 1, name.c_str(), -1, SQLITE_TRANSIENT);
+    return c.Step(s.get());
+}
+
+std::string FreeKeyName(Connection& c, const std::string& table) {
+    for (int n = 1;; ++n) {
+        std::string name = std::string(kKeyPrefix) + table + ":" + std::to_string(n);
+        if (!IndexExists(c, name)) return name;
+    }
+}
+
+// The indexes of `table` as SQL that makes them again, and whether each is a key.
+std::vector<std::pair<std::string, bool>> IndexesOf(Connection& c, const std::string& table) {
+    std::vector<std::pair<std::string, bool>> out;
+    StatementLease s = c.PrepareRaw(
+        "SELECT name, sql FROM sqlite_master WHERE type = 'index' AND tbl_name = ?1 AND sql IS NOT NULL");
+    sqlite3_bind_text(s.get(), 1, table.c_str(), -1, SQLITE_TRANSIENT);
+    while (c.Step(s.get())) {
+        std::string name = reinterpret_cast<const char*>(sqlite3_column_text(s.get(), 0));
+        out.emplace_back(reinterpret_cast<const char*>(sqlite3_column_text(s.get(), 1)),
+                         name.compare(0, kKeyPrefix.size(), kKeyPrefix) == 0);
+    }
+    return out;
+}
+
+// True when `field` of `table` is part of a unique key.
+bool InKey(Connection& c, const std::string& table, const std::string& field) {
+    StatementLease s = c.PrepareRaw(
+        "SELECT ii.name FROM sqlite_master m, pragma_index_info(m.name) ii "
+        "WHERE m.type = 'index' AND m.tbl_name = ?1 AND substr(m.name, 1, 4) = 'key:'");
+    sqlite3_bind_text(s.get(), 1, table.c_str(), -1, SQLITE_TRANSIENT);
+    while (c.Step(s.get()))
+        if (SameName(reinterpret_cast<const char*>(sqlite3_column_text(s.get(), 0)), field)) return true;
+    return false;
+}
+
 // SQLite holds every table and column a view names: it refuses to rename or
 // drop them, or rewrites the view's text. A saved query is checked only when
 // it runs and keeps its text as written. So a change of structure takes the
@@ -206,9 +248,15 @@ void Rebuild(Connection& c, const TableSchema& old, std::vector<FieldProps> fiel
         if (!to.empty())
             c.ExecRaw("INSERT INTO " + QuoteName(temp) + " (" + to + ") SELECT " + from + " FROM " +
                       QuoteName(table) + " ORDER BY rowid");
+        std::vector<std::pair<std::string, bool>> indexes = IndexesOf(c, table);
         c.ExecRaw("DROP TABLE " + QuoteName(table));
         c.ExecRaw("ALTER TABLE " + QuoteName(temp) + " RENAME TO " + QuoteName(table));
         c.ExecRaw("PRAGMA legacy_alter_table = OFF");
+        // Keys stay; a lookup index on a field that is gone goes with it.
+        for (const auto& [sql, key] : indexes) {
+            if (key) c.ExecRaw(sql);
+            else sqlite3_exec(c.db(), sql.c_str(), nullptr, nullptr, nullptr);
+        }
         // A Counter keeps counting from where it was: numbers are never given twice.
         if (sequence >= 0) {
             StatementLease s = c.PrepareRaw("UPDATE sqlite_sequence SET seq = max(seq, ?2) WHERE name = ?1");
@@ -222,7 +270,8 @@ void Rebuild(Connection& c, const TableSchema& old, std::vector<FieldProps> fiel
 
 }  // namespace
 
-void CreateTable(Connection& c, const std::string& name, const std::vector<FieldProps>& fieldsIn) {
+void CreateTable(Connection& c, const std::string& name, const std::vector<FieldProps>& fieldsIn,
+                 const std::vector<std::vector<std::string>>& keys) {
     if (NameTaken(c, name)) throw DaoError(kTableExists, name);
     if (fieldsIn.empty()) throw Error(3264, "No field defined--cannot append TableDef or Index.", "DAO.TableDefs");
     std::vector<FieldProps> fields;
@@ -233,6 +282,12 @@ void CreateTable(Connection& c, const std::string& name, const std::vector<Field
     }
     ChangeStructure(c, [&] {
         c.ExecRaw(CreateSql(name, fields));
+        for (const auto& key : keys) {
+            std::string cols;
+            for (const auto& k : key) cols += (cols.empty() ? "" : ", ") + QuoteName(k);
+            c.ExecRaw("CREATE UNIQUE INDEX " + QuoteName(FreeKeyName(c, name)) + " ON " + QuoteName(name) + " (" +
+                      cols + ")");
+        }
         WriteCatalog(c, name, fields);
     });
 }
@@ -277,8 +332,8 @@ void DropField(Connection& c, const std::string& table, const std::string& field
     TableSchema t = RequireTable(c, table);
     int at = t.IndexOf(field);
     if (at < 0) throw DaoError(kItemNotFound);
-    if (t.fields.size() == 1)
-        throw Error(3280, "Cannot delete the last field of a table.", "DAO.Fields");
+    if (t.fields.size() == 1 || InKey(c, t.name, t.fields[static_cast<size_t>(at)].name))
+        throw DaoError(kFieldInIndex);
     std::vector<FieldProps> fields;
     std::vector<std::string> sources;
     for (size_t i = 0; i < t.fields.size(); ++i) {

@@ -21,7 +21,11 @@
 namespace zelvo::dao::detail {
 
 // 3010 when a table or query of that name exists; 3264 with no fields.
-void CreateTable(Connection& c, const std::string& name, const std::vector<FieldProps>& fields);
+// Each of `keys` (field names) gets a unique index: a second row with the
+// same values in them is refused with 3022. Keys outlive later changes of
+// the table; a field in one cannot be dropped (3280).
+void CreateTable(Connection& c, const std::string& name, const std::vector<FieldProps>& fields,
+                 const std::vector<std::vector<std::string>>& keys = {});
 // 3265 when there is no such table.
 void DropTable(Connection& c, const std::string& name);
 void RenameTable(Connection& c, const std::string& from, const std::string& to);

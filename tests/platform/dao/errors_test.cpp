@@ -167,6 +167,36 @@ TEST_F(EngineErrors, DuplicateCounterValue) {
     EXPECT_EQ(Rows(db, "Select * From PersonalData Where [Personal ID]=2", "FullName"), "Smith");
 }
 
+// Keys written in Create Table hold: on a column, as a CONSTRAINT item,
+// over two columns; texts compare without case; a key survives a rebuild
+// of its table, and a field in one cannot be dropped.
+TEST_F(EngineErrors, KeysOfCreateTableRefuseDuplicates) {
+    db.Execute("Create Table Codes (Code Text(10) Primary Key, Label Text(50) Unique, A Long, B Long, "
+               "Constraint pair Unique (A, B))");
+    db.Execute("Insert Into Codes (Code, Label, A, B) Values (\"x\", \"one\", 1, 1)");
+    EXPECT_EQ(ErrorOf([&] { db.Execute("Insert Into Codes (Code, Label, A, B) Values (\"X\", \"two\", 1, 2)"); }),
+              3022);
+    EXPECT_EQ(ErrorOf([&] { db.Execute("Insert Into Codes (Code, Label, A, B) Values (\"y\", \"ONE\", 1, 2)"); }),
+              3022);
+    EXPECT_EQ(ErrorOf([&] { db.Execute("Insert Into Codes (Code, Label, A, B) Values (\"y\", \"two\", 1, 1)"); }),
+              3022);
+    EXPECT_EQ(ErrorOf([&] { db.Execute("Insert Into Codes (Label) Values (\"no key\")"); }), 3314);
+    db.Execute("Insert Into Codes (Code, Label, A, B) Values (\"y\", \"two\", 1, 2)");
+
+    dao::TableDef t = db.TableDefs()("Codes");
+    t.Fields().Append(t.CreateField("Note", dao::dbText, 20));  // the table is made anew
+    Recordset rs = db.OpenRecordset("Codes");
+    rs.AddNew();
+    rs.SetValue("Code", "Y");
+    EXPECT_EQ(ErrorOf([&] { rs.Update(); }), 3022);
+    rs.CancelUpdate();
+    EXPECT_EQ(Describe([&] { t.Fields().Delete("B"); }),
+              "3280 Cannot delete a field that is part of an index or is needed by the system.");
+    t.Fields().Delete("Note");
+    EXPECT_EQ(Rows(db, "Select Code From Codes Order By Code", "Code"), "x,y");
+    EXPECT_EQ(ErrorOf([&] { db.Execute("Create Table Bad (A Long, Primary Key (Z))"); }), 3290);
+}
+
 TEST_F(EngineErrors, TextTooLongForTextN) {
     db.Execute("Create Table Codes (Code Text(5), Note Memo)");
     EXPECT_EQ(ErrorOf([&] { db.Execute("Insert Into Codes (Code) Values (\"123456\")"); }), 3163);

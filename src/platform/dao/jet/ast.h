@@ -96,6 +96,12 @@ struct Statement {
     ExprPtr where;                     // Update/Delete
     std::vector<FromPtr> deleteFrom;   // Delete over a join: the FROM items
     std::vector<ColumnSpec> columnSpecs;  // Create Table; Alter Table Add/Alter: one
+    // Create Table: CONSTRAINT name PRIMARY KEY (a, b) / UNIQUE (a) items.
+    struct TableKey {
+        bool primary = false;
+        std::vector<std::string> columns;
+    };
+    std::vector<TableKey> tableKeys;
     enum class Alter { None, Add, Drop, AlterColumn } alter = Alter::None;
     std::string dropColumn;
 };

@@ -158,6 +158,14 @@ struct Translation {
 
     // DDL.
     std::vector<ColumnDef> columnDefs;  // Create Table: all; Alter Table Add/Alter: the one
+    // Create Table: the keys whose values must be unique, written on a
+    // column (PRIMARY KEY, UNIQUE) or as a CONSTRAINT item; names as stored
+    // in columnDefs. The columns of a primary key are also NOT NULL.
+    struct Key {
+        bool primary = false;
+        std::vector<std::string> columns;
+    };
+    std::vector<Key> keys;
     enum class AlterAction { None, AddColumn, DropColumn, AlterColumn } alter = AlterAction::None;
     std::string dropColumn;             // Alter Table … Drop Column
 };

@@ -452,6 +452,29 @@ Statement Parser::ParseCreate() {
     st.table = ParseName(&ThrowCreateTableSyntax);
     if (!AcceptSymbol("(")) ThrowCreateTableSyntax();
     do {
+        // An item is a column, or a key over columns:
+        // [CONSTRAINT name] PRIMARY KEY (a, …) | UNIQUE (a, …).
+        bool named = AtKeyword("CONSTRAINT");
+        if (named || (AtKeyword("PRIMARY") && AtKeyword("KEY", 1)) || AtKeyword("UNIQUE")) {
+            if (named) {
+                Take();
+                ParseName(&ThrowCreateTableSyntax);
+            }
+            Statement::TableKey key;
+            if (AtKeyword("PRIMARY") && AtKeyword("KEY", 1)) {
+                Take();
+                Take();
+                key.primary = true;
+            } else if (!AcceptKeyword("UNIQUE")) {
+                ThrowCreateTableSyntax();
+            }
+            if (!AcceptSymbol("(")) ThrowCreateTableSyntax();
+            do key.columns.push_back(ParseName(&ThrowCreateTableSyntax));
+            while (AcceptSymbol(","));
+            if (!AcceptSymbol(")")) ThrowCreateTableSyntax();
+            st.tableKeys.push_back(std::move(key));
+            continue;
+        }
         st.columnSpecs.push_back(ParseColumnSpec(&ThrowCreateTableSyntax));
     } while (AcceptSymbol(","));
     if (!AcceptSymbol(")")) ThrowCreateTableSyntax();

@@ -71,6 +71,20 @@ Translation TranslateDdl(const Statement& st, const Parser& parser, const Catalo
                 MakeColumnDef(st.columnSpecs[k], parser.literals(), &ThrowCreateTableSyntax, tr.cacheable));
             if (tr.columnDefs.back().counter && ++counters > 1)
                 throw Error(3090, "Resulting table would have more than one AutoNumber field.", kErrorSource);
+            const ColumnDef& d = tr.columnDefs.back();
+            if (d.primaryKey || d.unique) tr.keys.push_back({d.primaryKey, {d.name}});
+        }
+        for (const auto& key : st.tableKeys) {
+            Translation::Key k{key.primary, {}};
+            for (const auto& name : key.columns) {
+                ColumnDef* def = nullptr;
+                for (auto& d : tr.columnDefs)
+                    if (SameName(d.name, name)) def = &d;
+                if (!def) ThrowCreateTableSyntax();
+                if (key.primary) def->notNull = true;
+                k.columns.push_back(def->name);
+            }
+            tr.keys.push_back(std::move(k));
         }
         break;
     }
