@@ -30,6 +30,8 @@ inline constexpr const char* kIllegalCommentLength = "Illegal Comment Length";
 inline constexpr const char* kBadQuantizationTable = "Bad Quantization Table";
 inline constexpr const char* kIllegalPrecision = "Illegal precission in Quantization Table";
 inline constexpr const char* kBadHuffmanTable = "Bad Huffman Table";
+// The frame header holds each side in 16 bits.
+inline constexpr const char* kPictureTooLarge = "Picture too large for JPEG: at most 65535 pixels a side";
 
 class cJpeg {
 public:

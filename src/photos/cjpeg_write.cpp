@@ -223,6 +223,9 @@ void cJpeg::WriteScan(const std::vector<int>& group, std::vector<std::uint8_t>& 
 }
 
 void cJpeg::CreateArray(std::vector<std::uint8_t>& Bytes) {
+    // A wider or taller picture cannot be written: its size would be cut
+    // to 16 bits and the file would lie about its own rows.
+    if (width_ > 65535 || height_ > 65535) Raise(kPictureTooLarge);
     Statistics stats;
     Gather(stats);
     const int slots = components_.size() > 1 ? 2 : 1;
@@ -258,8 +261,8 @@ void cJpeg::CreateArray(std::vector<std::uint8_t>& Bytes) {
     out.insert(out.end(), {0xFF, 0xC0});
     Put16(out, 8 + 3 * int(components_.size()));
     out.push_back(std::uint8_t(precision_));
-    Put16(out, height_ & 0xFFFF);
-    Put16(out, width_ & 0xFFFF);
+    Put16(out, height_);
+    Put16(out, width_);
     out.push_back(std::uint8_t(components_.size()));
     for (const Component& c : components_) {
         out.push_back(std::uint8_t(c.Id));

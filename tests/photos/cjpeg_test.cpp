@@ -243,6 +243,28 @@ TEST(CJpegSettings, NothingSampledOrNothingToSample) {
     EXPECT_EQ(result, 1) << "no bitmap of width 0";
 }
 
+TEST(CJpegSettings, SidesLongerThanTheHeaderCanHoldAreRefused) {
+    for (auto [w, h] : {std::pair{65536, 1}, std::pair{1, 65536}}) {
+        cImage image;
+        int bitCount = 0;
+        ASSERT_TRUE(image.CopyStdPicture(Noise(w, h), bitCount));
+        cJpeg j;
+        int result = -1;
+        j.SampleHDC(image.hdc(), w, h, 0, 0, result);
+        ByteVec bytes;
+        ExpectRaises([&] { j.CreateArray(bytes); }, kPictureTooLarge, "a side of 65536");
+        EXPECT_TRUE(bytes.empty());
+    }
+    // The widest that fits is written whole (libjpeg stops short of it, at
+    // 65500, so the frame header is read here).
+    const ByteVec widest = Encode(Noise(65535, 1));
+    const std::uint8_t sofMarker[] = {0xFF, 0xC0};
+    auto sof = std::search(widest.begin(), widest.end(), std::begin(sofMarker), std::end(sofMarker));
+    ASSERT_LT(sof + 9, widest.end());
+    EXPECT_EQ((sof[5] << 8) | sof[6], 1);       // height
+    EXPECT_EQ((sof[7] << 8) | sof[8], 65535);   // width
+}
+
 // ---------------------------------------------------------------- layout
 
 TEST(CJpegLayout, DefaultFile) {

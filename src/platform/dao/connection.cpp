@@ -267,8 +267,11 @@ void Connection::Configure() {
             throw DaoError(kUnrecognizedFormat, path_);
         case SQLITE_CANTOPEN:
             throw DaoError(kCannotOpenFile, path_);
+        case SQLITE_FULL:
+            throw DaoError(kDiskFull);
         default: break;
     }
+    if ((rc & 0xff) == SQLITE_IOERR) throw DaoError(kDiskError);
     if ((rc & 0xff) == SQLITE_BUSY || (rc & 0xff) == SQLITE_LOCKED) throw DaoError(kCurrentlyLocked);
     if (msg.rfind("no such column: ", 0) == 0) throw DaoError(kTooFewParameters, "1");
     if (msg.rfind("no such table: ", 0) == 0) throw DaoError(kInputTableNotFound, after("no such table: "));

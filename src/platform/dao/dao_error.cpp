@@ -59,6 +59,8 @@ const char* Template(int number) {
                    "'%1' on machine '%2'. Try again when the database is available.";
         case kFieldExists: return "Field '%1' already exists in table '%2'.";
         case kObjectInvalid: return "Object is invalid or no longer set.";
+        case kDiskFull: return "Not enough space on disk.";
+        case kDiskError: return "Disk or network error.";
         case kFieldInIndex: return "Cannot delete a field that is part of an index or is needed by the system.";
         case kTypeConversion: return "Data type conversion error.";
         default: return "Reserved error (%1); there is no message for this error.";

@@ -70,7 +70,11 @@ bool LooksLikeSql(std::string_view s) {
     std::string word;
     while (i < s.size() && std::isalpha(static_cast<unsigned char>(s[i])))
         word += static_cast<char>(std::tolower(static_cast<unsigned char>(s[i++])));
-    return word == "select" || word == "transform" || word == "parameters";
+    // An action query is SQL too: opening one is refused (3219), not
+    // taken for the name of a table.
+    for (const char* w : {"select", "transform", "parameters", "insert", "update", "delete", "create", "alter", "drop"})
+        if (word == w && (i == s.size() || !std::isalnum(static_cast<unsigned char>(s[i])))) return true;
+    return false;
 }
 
 std::string SelectAllFrom(std::string_view name) { return "SELECT * FROM [" + std::string(name) + "]"; }

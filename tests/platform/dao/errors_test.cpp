@@ -10,6 +10,7 @@
 #include <random>
 
 #include "dao_test_util.h"
+#include "platform/dao/connection.h"
 #include "support/book_fixture.h"
 #include "support/temp_dir.h"
 
@@ -195,6 +196,42 @@ TEST_F(EngineErrors, KeysOfCreateTableRefuseDuplicates) {
     t.Fields().Delete("Note");
     EXPECT_EQ(Rows(db, "Select Code From Codes Order By Code", "Code"), "x,y");
     EXPECT_EQ(ErrorOf([&] { db.Execute("Create Table Bad (A Long, Primary Key (Z))"); }), 3290);
+}
+
+// Errors the book's code can meet, each from what causes it.
+TEST_F(EngineErrors, MisusesRaiseJetsNumbers) {
+    EXPECT_EQ(Describe([&] { db.Execute("Select * From PersonalData"); }), "3065 Cannot execute a select query.");
+    EXPECT_EQ(ErrorOf([&] { db.OpenRecordset("Delete From PersonalData"); }), 3219);
+    EXPECT_EQ(Rows(db, "Select Count(*) As n From PersonalData", "n"), "4");  // nothing was run
+
+    Recordset rs = db.OpenRecordset("Select [Personal ID], FullName & \"!\" As Shout From PersonalData");
+    rs.Edit();
+    EXPECT_EQ(ErrorOf([&] { rs.SetValue("Shout", "x"); }), 3164);  // a calculated field
+    rs.CancelUpdate();
+    rs.AddNew();
+    EXPECT_EQ(ErrorOf([&] { rs.SetValue("Personal ID", 99); }), 3164);  // the engine numbers new rows
+    rs.CancelUpdate();
+}
+
+// A file that cannot grow: 3026, and the book keeps what it had.
+TEST_F(EngineErrors, AFullDiskIsReportedAndLosesNothing) {
+    sqlite3* raw = db.connection()->db();
+    ASSERT_EQ(sqlite3_exec(raw, "PRAGMA max_page_count = 1", nullptr, nullptr, nullptr), SQLITE_OK);
+    std::string big(4000, 'x');
+    Recordset rs = db.OpenRecordset("Photo");
+    EXPECT_EQ(Describe([&] {
+                  for (int i = 0; i < 200; ++i) {
+                      rs.AddNew();
+                      rs.SetValue("Personal ID", 1);
+                      rs.SetValue("Photo", Variant(Bytes(big.begin(), big.end())));
+                      rs.Update();
+                  }
+              }),
+              "3026 Not enough space on disk.");
+    rs.CancelUpdate();
+    db.Close();
+    db = Engine().OpenDatabase(path);
+    EXPECT_EQ(Rows(db, "Select Count(*) As n From PersonalData", "n"), "4");
 }
 
 TEST_F(EngineErrors, TextTooLongForTextN) {

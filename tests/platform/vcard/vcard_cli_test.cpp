@@ -50,11 +50,11 @@ class Cli : public ::testing::Test {
 protected:
     void SetUp() override {
         if (!fs::exists(kZelvo)) GTEST_SKIP() << "the zelvo program is not built at " << kZelvo;
-        if (!fs::is_directory(kCorpus)) GTEST_SKIP() << "no corpus at " << kCorpus;
     }
 };
 
 TEST_F(Cli, EveryCorpusFilePassesWithStatusOneExactlyWhenSomethingWasLost) {
+    if (!fs::is_directory(kCorpus)) GTEST_SKIP() << "no corpus at " << kCorpus;
     for (const auto& e : fs::directory_iterator(kCorpus)) {
         if (e.path().extension() != ".vcf") continue;
         SCOPED_TRACE(e.path().filename().string());
