@@ -59,7 +59,8 @@ struct Fingerprint {
 
 // The temporary copy and what SQLite may have left beside it.
 void RemoveTemporary(const std::string& temp) {
-    for (const char* suffix : {"", "-wal", "-shm", "-journal"})
+    if (shell::FileExists(temp)) shell::DeleteFile(temp);
+    for (const char* suffix : dao::kSideFileSuffixes)
         if (shell::FileExists(temp + suffix)) shell::DeleteFile(temp + suffix);
 }
 

@@ -586,8 +586,7 @@ void DBEngine::CompactDatabase(const std::string& source, const std::string& des
     } catch (...) {
         if (src) src->Close();
         fs::remove(destination, ec);
-        fs::remove(destination + "-wal", ec);
-        fs::remove(destination + "-shm", ec);
+        for (const char* suffix : kSideFileSuffixes) fs::remove(destination + suffix, ec);
         throw;
     }
 }

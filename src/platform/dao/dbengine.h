@@ -36,4 +36,10 @@ public:
 // The engine of the process, made on first use.
 DBEngine& Engine();
 
+// The files SQLite keeps beside a book while it is open or after a crash,
+// as suffixes of the book's path. They belong to the book: whoever removes
+// or replaces the book removes them too, or they would be read into the
+// next file of that name.
+inline constexpr const char* kSideFileSuffixes[] = {"-wal", "-shm", "-journal"};
+
 }  // namespace zelvo::dao
