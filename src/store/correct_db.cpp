@@ -49,6 +49,7 @@
 #include "platform/dao/connection.h"
 #include "platform/dao/dao_error.h"
 #include "platform/dao/dbengine.h"
+#include "platform/dao/jet_file/jet_file_reader.h"
 #include "platform/shell/file_system.h"
 #include "store/compress_db.h"
 #include "store/library_state.h"
@@ -173,6 +174,24 @@ void ConvertFrom(const std::string& source, const std::string& path) {
     form.Unload();
 }
 
+// Why the Jet file at `path` did not become a book: CompressDB keeps that to
+// itself, and "unrecognized format" alone would leave a person switching
+// from an earlier installation guessing. The conversion is tried once more
+// into a scratch file to learn its error; `fallback` for any other file.
+Error WhyNotConverted(const std::string& path, const Error& fallback) {
+    if (dao::jetfile::JetFileFormat(path) == dao::jetfile::JetFormat::NotJet) return fallback;
+    const std::string scratch = path + ".converting";
+    RemoveFile(scratch);
+    try {
+        DBEngine().CompactDatabase(path, scratch);
+    } catch (const Error& e) {
+        RemoveFile(scratch);
+        return e;
+    }
+    RemoveFile(scratch);
+    return fallback;
+}
+
 // Stage 1. Returns the open book, or nothing when the routine is to end.
 dao::Database OpenOrCreate(const std::string& Path) {
     int stage = 0;
@@ -195,7 +214,8 @@ dao::Database OpenOrCreate(const std::string& Path) {
                 // not take even after a compaction: copying an older book over
                 // it or making a new one there would destroy it, and it may be
                 // the only copy of someone's data, so it is left as it is.
-                ShellPaths().ReportError(e, kOpenLabel);
+                ShellPaths().ReportError(e.number() == dao::kUnrecognizedFormat ? WhyNotConverted(Path, e) : e,
+                                         kOpenLabel);
                 return {};
             }
             if (db.Version() <= "3.0" && stage == 0) {
