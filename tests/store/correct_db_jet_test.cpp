@@ -9,20 +9,13 @@
 #include "platform/shell/file_system.h"
 #include "store/correct_db.h"
 #include "store_test_util.h"
+#include "support/shared_data.h"
 
 namespace zelvo::testing {
 namespace {
 
 using namespace zelvo::dao;
 
-std::string JetData(const std::string& name) { return std::string(ZELVO_SHARED_DATA) + "/jet/" + name; }
-
-#define NEEDS_GENUINE_JET()                                                                     \
-    do {                                                                                       \
-        if (!std::filesystem::exists(JetData("nwind.mdb")))                                    \
-            GTEST_SKIP() << "no Jet files at " << JetData("");                                \
-        if (!jetfile::CanReadJetFiles()) GTEST_SKIP() << "built without libmdb (mdbtools-dev)"; \
-    } while (0)
 
 // Today's tables and saved queries, each present in the book.
 void ExpectTodaysLayout(const Database& db) {
@@ -39,7 +32,7 @@ void ExpectTodaysLayout(const Database& db) {
 using CorrectDbJetTest = StoreTest;
 
 TEST_F(CorrectDbJetTest, GenuineJetBookBecomesABookFromEitherPlace) {
-    NEEDS_GENUINE_JET();
+    ZELVO_NEEDS_GENUINE_JET();
     struct Case {
         const char* file;
         const char* table;
@@ -51,9 +44,9 @@ TEST_F(CorrectDbJetTest, GenuineJetBookBecomesABookFromEitherPlace) {
             for (const char* name : {"AddressBookW.mdb", "AddressBook.mdb", "~AddressBookW.mdb"})
                 std::filesystem::remove(InApp(name));
             const std::string placed = atBooksPlace ? book() : InApp("AddressBook.mdb");
-            std::filesystem::copy_file(JetData(c.file), placed);
+            std::filesystem::copy_file(SharedJetFile(c.file), placed);
             std::filesystem::permissions(placed, std::filesystem::perms::owner_write, std::filesystem::perm_options::add);
-            const std::string original = ReadBytes(JetData(c.file));
+            const std::string original = ReadBytes(SharedJetFile(c.file));
             int reports = Reports();
             std::string path;
             CorrectDB(path);
@@ -77,8 +70,8 @@ TEST_F(CorrectDbJetTest, GenuineJetBookBecomesABookFromEitherPlace) {
 }
 
 TEST_F(CorrectDbJetTest, DamagedJetBookIsReportedWithTheReasonAndKept) {
-    NEEDS_GENUINE_JET();
-    const std::string whole = ReadBytes(JetData("nwind.mdb"));
+    ZELVO_NEEDS_GENUINE_JET();
+    const std::string whole = ReadBytes(SharedJetFile("nwind.mdb"));
     const std::string cut = whole.substr(0, whole.size() / 2 + 100);
     for (bool atBooksPlace : {false, true}) {
         SCOPED_TRACE(atBooksPlace ? "as the book" : "as AddressBook.mdb");

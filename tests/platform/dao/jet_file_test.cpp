@@ -15,6 +15,7 @@
 #include "platform/dao/dao_error.h"
 #include "platform/dao/dbengine.h"
 #include "platform/dao/jet_file/jet_file_reader.h"
+#include "support/shared_data.h"
 #include "support/temp_dir.h"
 
 namespace zelvo::testing {
@@ -23,17 +24,13 @@ namespace {
 using namespace zelvo::dao;
 using jetfile::JetFormat;
 
-std::string JetData(const std::string& name) { return std::string(ZELVO_SHARED_DATA) + "/jet/" + name; }
 
-// Skips the test when the genuine files, libmdb or MDB Tools' programs are
-// not there.
-#define NEEDS_GENUINE_JET()                                                                          \
-    do {                                                                                            \
-        if (!std::filesystem::exists(JetData("nwind.mdb")))                                         \
-            GTEST_SKIP() << "no Jet files at " << JetData("");                                     \
-        if (!jetfile::CanReadJetFiles()) GTEST_SKIP() << "built without libmdb (mdbtools-dev)";      \
-        if (std::system("mdb-export --version >/dev/null 2>&1") != 0)                                \
-            GTEST_SKIP() << "mdb-export (Debian: mdbtools) is not installed";                       \
+// The comparisons need MDB Tools' own programs as well.
+#define NEEDS_GENUINE_JET()                                                          \
+    do {                                                                            \
+        ZELVO_NEEDS_GENUINE_JET();                                                  \
+        if (std::system("mdb-export --version >/dev/null 2>&1") != 0)                \
+            GTEST_SKIP() << "mdb-export (Debian: mdbtools) is not installed";       \
     } while (0)
 
 std::string Output(const std::string& command) {
@@ -157,7 +154,7 @@ TEST_F(JetFileTest, GenuineFilesConvertEveryTableRowAndValueAsMdbToolsReadsThem)
     NEEDS_GENUINE_JET();
     for (const char* file : {"nwind.mdb", "DateTestDatabase.mdb"}) {
         SCOPED_TRACE(file);
-        const std::string source = JetData(file);
+        const std::string source = SharedJetFile(file);
         Database db = Engine().OpenDatabase(Convert(source));
         std::vector<std::string> expected;
         for (std::string line, all = Output("mdb-tables -1 " + Quoted(source)); !all.empty();) {
@@ -224,7 +221,7 @@ TEST_F(JetFileTest, GenuineFilesConvertEveryTableRowAndValueAsMdbToolsReadsThem)
 TEST_F(JetFileTest, TypesDatesAndMemosComeOverExactly) {
     NEEDS_GENUINE_JET();
     {
-        Database db = Engine().OpenDatabase(Convert(JetData("nwind.mdb")));
+        Database db = Engine().OpenDatabase(Convert(SharedJetFile("nwind.mdb")));
         auto types = [&](const std::string& table) {
             std::string out;
             Fields fs = db.TableDefs()(table).Fields();
@@ -258,7 +255,7 @@ TEST_F(JetFileTest, TypesDatesAndMemosComeOverExactly) {
     }
     // Dates far from today keep the day Jet stored, which MDB Tools' own
     // text of them cannot show.
-    Database db = Engine().OpenDatabase(Convert(JetData("DateTestDatabase.mdb")));
+    Database db = Engine().OpenDatabase(Convert(SharedJetFile("DateTestDatabase.mdb")));
     Recordset rs = db.OpenRecordset("Select IDCol, DateTimeCol, DateCol, TimeCol, LongTextCol From DateTest Order By IDCol");
     std::string seen;
     for (; !rs.IsEOF(); rs.MoveNext())
@@ -302,13 +299,13 @@ TEST_F(JetFileTest, LaterAccessFormatIsRefusedWithAClearError) {
 
 TEST_F(JetFileTest, TruncatedOrDamagedFilesAreRefusedOrReadWhole) {
     NEEDS_GENUINE_JET();
-    const std::string whole = ReadFile(JetData("nwind.mdb"));
+    const std::string whole = ReadFile(SharedJetFile("nwind.mdb"));
     const std::string destination = dir_.File("book.mdb");
     std::string cut = dir_.File("cut.mdb");
     // Cut inside the data: refused. Cut off only at pages that hold nothing
     // read (free pages at the end): converted, and then whole.
     const std::string full = dir_.File("full.mdb");
-    Engine().CompactDatabase(JetData("nwind.mdb"), full);
+    Engine().CompactDatabase(SharedJetFile("nwind.mdb"), full);
     const long orders = CountOf(full, "Orders"), umsaetze = CountOf(full, "Umsätze");
     for (size_t size : {size_t{100}, size_t{2048 * 3}, whole.size() / 2, whole.size() / 2 + 1000}) {
         SCOPED_TRACE(size);

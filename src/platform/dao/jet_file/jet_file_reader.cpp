@@ -54,6 +54,15 @@ std::string JetFileVersion(const std::string& path) {
     }
 }
 
+// Read whole first: see the header.
+JetFileReader JetFileReader::Open(const std::string& path) {
+    std::ifstream in(path, std::ios::binary);
+    if (!in) throw DaoError(kFileNotFound, path);
+    std::string bytes((std::istreambuf_iterator<char>(in)), {});
+    if (in.bad()) throw NotReadable(path, "the file cannot be read");
+    return FromBytes(std::move(bytes), path);
+}
+
 #if ZELVO_HAVE_LIBMDB
 
 bool CanReadJetFiles() { return true; }
@@ -103,14 +112,6 @@ JetFileReader::JetFileReader(std::unique_ptr<State> state) : s_(std::move(state)
 JetFileReader::JetFileReader(JetFileReader&&) noexcept = default;
 JetFileReader& JetFileReader::operator=(JetFileReader&&) noexcept = default;
 JetFileReader::~JetFileReader() = default;
-
-JetFileReader JetFileReader::Open(const std::string& path) {
-    std::ifstream in(path, std::ios::binary);
-    if (!in) throw DaoError(kFileNotFound, path);
-    std::string bytes((std::istreambuf_iterator<char>(in)), {});
-    if (in.bad()) throw NotReadable(path, "the file cannot be read");
-    return FromBytes(std::move(bytes), path);
-}
 
 JetFileReader JetFileReader::FromBytes(std::string bytes, const std::string& name) {
     auto s = std::make_unique<State>();
@@ -255,13 +256,6 @@ JetFileReader::JetFileReader(std::unique_ptr<State> state) : s_(std::move(state)
 JetFileReader::JetFileReader(JetFileReader&&) noexcept = default;
 JetFileReader& JetFileReader::operator=(JetFileReader&&) noexcept = default;
 JetFileReader::~JetFileReader() = default;
-
-JetFileReader JetFileReader::Open(const std::string& path) {
-    std::ifstream in(path, std::ios::binary);
-    if (!in) throw DaoError(kFileNotFound, path);
-    std::string bytes((std::istreambuf_iterator<char>(in)), {});
-    return FromBytes(std::move(bytes), path);
-}
 
 JetFileReader JetFileReader::FromBytes(std::string bytes, const std::string& name) {
     if (SniffJetFormat(bytes) == JetFormat::NotJet) throw NotReadable(name, "not a Jet database");
