@@ -10,6 +10,7 @@
 #include <fstream>
 #include <iterator>
 #include <map>
+#include <sstream>
 
 #include "platform/core/error.h"
 #include "platform/dao/dao_error.h"
@@ -150,69 +151,59 @@ TEST(JetFormatTest, FirstPageTellsTheFormat) {
     EXPECT_EQ(jetfile::SniffJetFormat("SQLite format 3"), JetFormat::NotJet);
 }
 
+// Finds the current row of `rs` among mdb-export's `rows` (keyed by their
+// first field) and takes it out. Returns "" when found, else what differed.
+std::string TakeMatchingRow(Recordset& rs, std::multimap<std::string, std::vector<std::string>>& rows,
+                            const std::vector<std::string>& header) {
+    std::string key, mismatch = "no row with that first field";
+    if (!rs.Value(0).IsNull()) SameAsExport(rs.Fields().Item(0), rs.Value(0), "", key);
+    auto [lo, hi] = rows.equal_range(key);
+    for (auto it = lo; it != hi; ++it) {
+        bool all = true;
+        for (size_t i = 0; i < header.size() && all; ++i) {
+            std::string ours;
+            all = SameAsExport(rs.Fields().Item(static_cast<int>(i)), rs.Value(static_cast<int>(i)), it->second[i], ours);
+            if (!all) mismatch = header[i] + ": ours '" + ours + "', mdb-export '" + it->second[i] + "'";
+        }
+        if (all) {
+            rows.erase(it);
+            return "";
+        }
+    }
+    return mismatch;
+}
+
 TEST_F(JetFileTest, GenuineFilesConvertEveryTableRowAndValueAsMdbToolsReadsThem) {
     NEEDS_GENUINE_JET();
     for (const char* file : {"nwind.mdb", "DateTestDatabase.mdb"}) {
         SCOPED_TRACE(file);
         const std::string source = SharedJetFile(file);
         Database db = Engine().OpenDatabase(Convert(source));
-        std::vector<std::string> expected;
-        for (std::string line, all = Output("mdb-tables -1 " + Quoted(source)); !all.empty();) {
-            size_t nl = all.find('\n');
-            line = all.substr(0, nl);
-            all.erase(0, nl == std::string::npos ? all.size() : nl + 1);
-            if (!line.empty()) expected.push_back(line);
-        }
-        ASSERT_FALSE(expected.empty());
-        EXPECT_EQ(db.TableDefs().Count(), static_cast<int>(expected.size()));
-        for (const std::string& table : expected) {
+        std::vector<std::string> tables;
+        std::istringstream list(Output("mdb-tables -1 " + Quoted(source)));
+        for (std::string line; std::getline(list, line);)
+            if (!line.empty()) tables.push_back(line);
+        ASSERT_FALSE(tables.empty());
+        EXPECT_EQ(db.TableDefs().Count(), static_cast<int>(tables.size()));
+        for (const std::string& table : tables) {
             SCOPED_TRACE(table);
-            TableDef td = db.TableDefs()(table);
             long count = std::stol(Output("mdb-count " + Quoted(source) + " " + Quoted(table)));
-            Recordset rs = db.OpenRecordset("Select * From [" + table + "]", dbOpenSnapshot);
-            // mdb-export's rows, each as the list of its fields, matched to
-            // ours by the whole row (the book may hand them out in another
-            // order).
             auto csv = ParseCsv(Output("mdb-export -b hex -D '%Y-%m-%d %H:%M:%S' -T '%Y-%m-%d %H:%M:%S' " +
-                                    Quoted(source) + " " + Quoted(table)));
+                                       Quoted(source) + " " + Quoted(table)));
             ASSERT_EQ(static_cast<long>(csv.size()) - 1, count);
+            // Matched by the whole row: the book may hand rows out in another
+            // order than the file holds them.
             std::multimap<std::string, std::vector<std::string>> exported;
             for (size_t r = 1; r < csv.size(); ++r) exported.emplace(csv[r].empty() ? "" : csv[r][0], csv[r]);
-            long rows = 0, matched = 0;
-            const int n = rs.Fields().Count();
-            ASSERT_EQ(n, static_cast<int>(csv[0].size()));
-            if (rs.AbsolutePosition() != -1) {
-                for (rs.MoveFirst(); !rs.IsEOF(); rs.MoveNext()) {
-                    ++rows;
-                    std::string mismatch;
-                    bool found = false;
-                    // Rows that share their first field are told apart by
-                    // the rest.
-                    std::vector<std::string> first(1);
-                    SameAsExport(rs.Fields().Item(0), rs.Value(0), "", first[0]);
-                    std::string key = rs.Value(0).IsNull() ? "" : first[0];
-                    auto [lo, hi] = exported.equal_range(key);
-                    for (auto it = lo; it != hi && !found; ++it) {
-                        bool all = true;
-                        for (int i = 0; i < n && all; ++i) {
-                            std::string ours;
-                            if (!SameAsExport(rs.Fields().Item(i), rs.Value(i), it->second[i], ours)) {
-                                all = false;
-                                mismatch = csv[0][i] + ": ours '" + ours + "', mdb-export '" + it->second[i] + "'";
-                            }
-                        }
-                        if (all) {
-                            found = true;
-                            exported.erase(it);
-                        }
-                    }
-                    matched += found;
-                    if (!found) ADD_FAILURE() << "row " << rows << " not in mdb-export's: " << mismatch;
-                    if (!found) break;
-                }
+            Recordset rs = db.OpenRecordset("Select * From [" + table + "]", dbOpenSnapshot);
+            ASSERT_EQ(rs.Fields().Count(), static_cast<int>(csv[0].size()));
+            long rows = 0;
+            for (; rs.AbsolutePosition() != -1 && !rs.IsEOF(); rs.MoveNext(), ++rows) {
+                std::string mismatch = TakeMatchingRow(rs, exported, csv[0]);
+                ASSERT_EQ(mismatch, "") << "row " << rows + 1;
             }
             EXPECT_EQ(rows, count);
-            EXPECT_EQ(matched, count);
+            EXPECT_TRUE(exported.empty());
         }
         db.Close();
     }
