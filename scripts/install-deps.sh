@@ -10,10 +10,12 @@ packages=(
   libclang-rt-14-dev            # libFuzzer and the sanitizer runtimes for clang
   # the library's dependencies
   libsqlite3-dev libicu-dev
+  mdbtools-dev libmdb3          # reading genuine Jet files, the books of earlier installations
   libjpeg62-turbo-dev libpng-dev libgif-dev libtiff-dev
   # tests and benchmarks
   libgtest-dev libgmock-dev libbenchmark-dev sqlite3
   libjpeg-turbo-progs           # cjpeg/djpeg: reference encoder and decoder
+  mdbtools                      # mdb-count, mdb-export: the reference for converted Jet files
   python3-vobject libez-vcard-java default-jre-headless  # independent vCard parsers
   libvinnie-java default-jdk-headless  # ez-vcard's line parser; javac builds the vCard checker
 )

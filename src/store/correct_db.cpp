@@ -39,13 +39,17 @@
 //  - PersonalData.InsArcPrj, an archive flag on the person, is dropped.
 #include "store/correct_db.h"
 
+#include <sqlite3.h>
+
 #include <filesystem>
+#include <optional>
 
 #include "platform/core/error.h"
 #include "platform/core/value_conv.h"
 #include "platform/dao/connection.h"
 #include "platform/dao/dao_error.h"
 #include "platform/dao/dbengine.h"
+#include "platform/dao/jet_file/jet_file_reader.h"
 #include "platform/shell/file_system.h"
 #include "store/compress_db.h"
 #include "store/library_state.h"
@@ -64,6 +68,48 @@ constexpr const char* kLabel = "Module1.CorrectDb";
 constexpr const char* kNewBookLocale = ";LANGID=0x0409;CP=1252;COUNTRY=0";
 constexpr int kNewBookOptions = 66;  // dbVersion40 + dbEncrypt
 
+CorrectFaultHook& FaultHook() {
+    static CorrectFaultHook hook;
+    return hook;
+}
+
+void Fault(CorrectStep step) {
+    if (FaultHook()) FaultHook()(step);
+}
+
+// Holds stages 2 to 7 together. SQLite undoes changes of the schema as it
+// undoes changes of rows, so a conversion is committed whole or not at all:
+// when the process dies first, the book opens next time as it was before
+// the run; when an error escapes a stage, the destructor rolls back.
+class BookTransaction {
+public:
+    explicit BookTransaction(const dao::Database& db) : conn_(db.connection()) {
+        conn_->BeforeWrite();
+        conn_->ExecRaw("BEGIN IMMEDIATE");
+        open_ = true;
+    }
+    ~BookTransaction() {
+        if (!open_ || conn_->closed()) return;
+        if (sqlite3_get_autocommit(conn_->db()) == 0)
+            sqlite3_exec(conn_->db(), "ROLLBACK", nullptr, nullptr, nullptr);
+        conn_->SchemaChanged();
+    }
+    BookTransaction(const BookTransaction&) = delete;
+    BookTransaction& operator=(const BookTransaction&) = delete;
+
+    void Commit() {
+        open_ = false;
+        // SQLite ends a transaction by itself after some failures (a full
+        // disk, an I/O error); what ran after that is committed already.
+        if (sqlite3_get_autocommit(conn_->db()) == 0) conn_->ExecRaw("COMMIT");
+        conn_->SchemaChanged();
+    }
+
+private:
+    std::shared_ptr<dao::detail::Connection> conn_;
+    bool open_ = false;
+};
+
 struct Column {
     const char* name;
     int type;
@@ -78,6 +124,7 @@ void WalkBackward(const OnErrorResumeNext& er, dao::Recordset& rs, F&& each) {
     er.Do([&] { rs.MoveLast(); });
     std::int64_t n = er.Resume([&] { return rs.RecordCount(); }, std::int64_t{0});
     for (std::int64_t i = 1; i <= n; ++i) {
+        Fault(CorrectStep::Row);
         each();
         if (i < n) er.Do([&] { rs.MovePrevious(); });
     }
@@ -103,16 +150,46 @@ bool IsSource(const std::string& source, const std::string& path) {
 }
 
 // Compacts an earlier book `source` into the book's place; the source stays.
+// The copy is written under the temporary name of a compaction and takes the
+// book's place by one rename: a copy cut off half-way is never taken for the
+// book, and the next run makes it again.
 void ConvertFrom(const std::string& source, const std::string& path) {
     frmCompress form = ShowCompressForm();
-    RemoveFile(path);
+    const std::string temp = shell::ShellPaths::AddSeparator(shell::ShellPaths::GetParentFolderName(path)) + "~~" +
+                             shell::ShellPaths::GetFileName(path);
     try {
-        DBEngine().CompactDatabase(source, path);
+        Fault(CorrectStep::Convert);
+        RemoveFile(temp);
+        DBEngine().CompactDatabase(source, temp);
+        Fault(CorrectStep::Converted);
+        // Journal files of an earlier book of this name would be read into
+        // the new one.
+        RemoveFile(path);
+        shell::ReplaceFile(temp, path);
     } catch (...) {
+        RemoveFile(temp);
         form.Unload();
         throw;
     }
     form.Unload();
+}
+
+// Why the Jet file at `path` did not become a book: CompressDB keeps that to
+// itself, and "unrecognized format" alone would leave a person switching
+// from an earlier installation guessing. The conversion is tried once more
+// into a scratch file to learn its error; `fallback` for any other file.
+Error WhyNotConverted(const std::string& path, const Error& fallback) {
+    if (dao::jetfile::JetFileFormat(path) == dao::jetfile::JetFormat::NotJet) return fallback;
+    const std::string scratch = path + ".converting";
+    RemoveFile(scratch);
+    try {
+        DBEngine().CompactDatabase(path, scratch);
+    } catch (const Error& e) {
+        RemoveFile(scratch);
+        return e;
+    }
+    RemoveFile(scratch);
+    return fallback;
 }
 
 // Stage 1. Returns the open book, or nothing when the routine is to end.
@@ -137,7 +214,8 @@ dao::Database OpenOrCreate(const std::string& Path) {
                 // not take even after a compaction: copying an older book over
                 // it or making a new one there would destroy it, and it may be
                 // the only copy of someone's data, so it is left as it is.
-                ShellPaths().ReportError(e, kOpenLabel);
+                ShellPaths().ReportError(e.number() == dao::kUnrecognizedFormat ? WhyNotConverted(Path, e) : e,
+                                         kOpenLabel);
                 return {};
             }
             if (db.Version() <= "3.0" && stage == 0) {
@@ -230,6 +308,7 @@ void CorrectResources(const OnErrorResumeNext& er, const dao::Database& db, dao:
     if (er.Do([&] { resources = db.TableDefs()("E-MailAdresses"); })) {
         er.Do([&] { resources.SetName("Resources"); });
         er.Do([&] { resources.Fields()("E-mailAdress").SetName("ResourceString"); });
+        Fault(CorrectStep::ResourcesRenamed);
         EnsureResourceColumns(resources, db);
         EnsureOwnerColumns(owners, db);
         dao::Recordset rsRes, rsOwn;
@@ -317,6 +396,7 @@ void CorrectTables(const dao::Database& db) {
     dao::TableDef addressesOwners = GetOrCreateTable(er, db, "AddressesOwners");
 
     // Stage 5.
+    Fault(CorrectStep::Columns);
     CorrectColumns(er, db, postAddresses,
                    {{"PostIndex", dbText, 50, false}, {"Address", dbText, 50, false},
                     {"aParent ID", dbLong, 0, false}, {"aType", dbLong, 0, false}},
@@ -354,6 +434,7 @@ void CorrectTables(const dao::Database& db) {
     CorrectOrganizations(er, db, organizations);
 
     // Stage 6.
+    Fault(CorrectStep::OldOrganizations);
     CorrectOldOrganizations(er, db, organizations);
 }
 
@@ -431,18 +512,41 @@ void EnsureSavedQuery(const dao::Database& db, const std::string& Name, const st
     }
 }
 
+CorrectFaultHook SetCorrectFaultHook(CorrectFaultHook hook) {
+    return std::exchange(FaultHook(), std::move(hook));
+}
+
 void CorrectDB(std::string& Path) {
     try {
         if (Path.empty()) Path = DatabasePath();
         dao::Database db = OpenOrCreate(Path);
         if (!db.IsOpen()) return;
-        CorrectTables(db);
-        // Stage 7.
-        EnsureSavedQuery(db, "OrgPrj", "Select * from Projects Where Projects.OwnerType=1;");
-        EnsureSavedQuery(db, "PersPrj", "Select * from Projects Where Projects.OwnerType=0;");
+        {
+            std::optional<BookTransaction> transaction;
+            try {
+                transaction.emplace(db);
+            } catch (const Error& e) {
+                // Someone is writing to the book for longer than a lock is
+                // waited for: it is corrected at its next opening.
+                RecordSwallowed(e, kLabel);
+                Err().Clear();
+                db.Close();
+                return;
+            }
+            Fault(CorrectStep::Stages);
+            CorrectTables(db);
+            // Stage 7.
+            Fault(CorrectStep::Queries);
+            EnsureSavedQuery(db, "OrgPrj", "Select * from Projects Where Projects.OwnerType=1;");
+            EnsureSavedQuery(db, "PersPrj", "Select * from Projects Where Projects.OwnerType=0;");
+            Fault(CorrectStep::Commit);
+            transaction->Commit();
+        }
+        Fault(CorrectStep::Committed);
         // Stage 8.
         db.Close();
         shell::SetAttributes(Path, shell::kHidden);
+        Fault(CorrectStep::Hidden);
     } catch (const Error& e) {
         ShellPaths().ReportError(e, kLabel);
         Err().Clear();

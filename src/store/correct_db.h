@@ -21,8 +21,15 @@
 //     statement in these stages is passed over and the next one runs.
 //  7. The saved queries OrgPrj and PersPrj, written or re-written.
 //  8. The file is closed and marked hidden.
+//
+// Stages 2 to 7 run in one transaction of the book: a run that is killed or
+// fails before its end leaves the book as it was, and the next run does the
+// whole conversion again. A book converted from an earlier file is written
+// beside the book's place and moved there by one rename, so a run killed
+// during that copy leaves no half-written book either.
 #pragma once
 
+#include <functional>
 #include <string>
 
 #include "platform/dao/database.h"
@@ -53,5 +60,25 @@ void EnsureOwnerColumns(dao::TableDef& td, const dao::Database& db);
 
 // Sets the text of the saved query `Name`, creating it when missing.
 void EnsureSavedQuery(const dao::Database& db, const std::string& Name, const std::string& SQL);
+
+// The steps of a correction, for tests that inject faults: the hook runs at
+// each step before its action and may throw (a failing step) or end the
+// process (a killed one).
+enum class CorrectStep {
+    Convert,           // before an earlier book is copied into the book's place
+    Converted,         // the copy is written beside the book's place, not yet moved
+    Stages,            // the book is open and its transaction begun
+    ResourcesRenamed,  // the old e-mail table has become Resources, no owner rows yet
+    Row,               // before each row that a conversion writes or deletes
+    Columns,           // before the columns of today's tables are added
+    OldOrganizations,  // before employers of the earliest layout become job titles
+    Queries,           // before the saved queries are written
+    Commit,            // before the transaction is committed
+    Committed,         // the book is converted, not yet closed
+    Hidden,            // after the book is marked hidden
+};
+using CorrectFaultHook = std::function<void(CorrectStep)>;
+// Installs the hook (an empty one removes it); returns the previous one.
+CorrectFaultHook SetCorrectFaultHook(CorrectFaultHook hook);
 
 }  // namespace zelvo

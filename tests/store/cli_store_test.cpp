@@ -2,8 +2,10 @@
 #include <gtest/gtest.h>
 
 #include <cstdio>
+#include <filesystem>
 #include <string>
 
+#include "old_layout_books.h"
 #include "platform/shell/file_system.h"
 #include "support/temp_dir.h"
 
@@ -54,6 +56,50 @@ TEST(StoreCommands, CompactShowsItsStepsAndKeepsABackup) {
               std::string::npos)
         << done.out;
     EXPECT_TRUE(shell::FileExists(app + "/~AddressBookW.mdb"));
+}
+
+TEST(StoreCommands, CorrectDbTurnsAGenuineJetBookIntoABook) {
+    const std::string jet = std::string(ZELVO_SHARED_DATA) + "/jet/";
+    if (!std::filesystem::exists(jet + "nwind.mdb")) GTEST_SKIP() << "no Jet files at " << jet;
+    struct Case {
+        const char* file;
+        const char* count;
+        const char* rows;
+    };
+    for (const Case& c : {Case{"nwind.mdb", "Select Count(*) As N From [Umsätze]", "830"},
+                          Case{"DateTestDatabase.mdb", "Select Count(*) As N From DateTest", "6"}}) {
+        SCOPED_TRACE(c.file);
+        TempDir dir;
+        std::string app = dir.path().string();
+        std::filesystem::copy_file(jet + c.file, app + "/AddressBook.mdb");
+        Result made = Zelvo("correct-db --app-path " + app);
+        ASSERT_EQ(made.status, 0) << made.out;
+        Result tables = Zelvo("sql --db " + app + "/AddressBookW.mdb --tables");
+        for (const char* t : {"PersonalData", "ResourcesOwners", "PhoneTypes", "OrgPrj", "PersPrj"})
+            EXPECT_NE(tables.out.find(t), std::string::npos) << t << "\n" << tables.out;
+        Result count = Zelvo("sql --db " + app + "/AddressBookW.mdb '" + c.count + "'");
+        EXPECT_NE(count.out.find(std::string("\n") + c.rows), std::string::npos) << count.out;
+    }
+}
+
+TEST(StoreCommands, CorrectDbConvertsBooksOfTheOldLayouts) {
+    for (unsigned traits : {unsigned{kOldEmails | kOldProjects | kOldOrganizations}, unsigned{kOldEmails}}) {
+        SCOPED_TRACE(traits);
+        TempDir dir;
+        std::string app = dir.path().string();
+        if (traits == (kOldEmails | kOldProjects | kOldOrganizations)) CreateEarliestBook(app + "/AddressBookW.mdb");
+        else CreatePartlyOldBook(app + "/AddressBookW.mdb", traits);
+        Result made = Zelvo("correct-db --app-path " + app);
+        ASSERT_EQ(made.status, 0) << made.out;
+        Result owners = Zelvo("sql --db " + app +
+                              "/AddressBookW.mdb 'Select ResourceString, [Owner ID] From Resources Inner Join "
+                              "ResourcesOwners On Resources.[Resource ID] = ResourcesOwners.[Resource ID] "
+                              "Where ResourceType = 2 Order By ResourceString'");
+        EXPECT_NE(owners.out.find("(3 rows)"), std::string::npos) << owners.out;
+        EXPECT_NE(owners.out.find("bob@c.org"), std::string::npos) << owners.out;
+        Result tables = Zelvo("sql --db " + app + "/AddressBookW.mdb --tables");
+        EXPECT_EQ(tables.out.find("E-MailAdresses"), std::string::npos) << tables.out;
+    }
 }
 
 TEST(StoreCommands, BadUsageSaysWhy) {

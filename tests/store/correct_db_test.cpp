@@ -9,6 +9,7 @@
 #include "platform/dao/dao_error.h"
 #include "platform/dao/dao_test_util.h"
 #include "platform/shell/file_system.h"
+#include "old_layout_books.h"
 #include "store_test_util.h"
 #include "support/book_fixture.h"
 
@@ -33,53 +34,6 @@ constexpr const char* kTodaysSchema =
     "Rooms: Organization ID Long, RoomName Text(255), IsContainer YesNo, rParent ID Long, Room ID Counter\n"
     "query OrgPrj: Select * from Projects Where Projects.OwnerType=1;\n"
     "query PersPrj: Select * from Projects Where Projects.OwnerType=0;\n";
-
-struct Col {
-    const char* name;
-    int type;
-    int size = 0;
-    bool required = false;
-};
-
-void MakeTable(const Database& db, const std::string& name, std::initializer_list<Col> cols,
-               const char* counter = nullptr) {
-    TableDef t = db.CreateTableDef(name);
-    for (const Col& c : cols) {
-        Field f = t.CreateField(c.name, c.type, c.size);
-        f.SetRequired(c.required);
-        t.Fields().Append(f);
-    }
-    db.TableDefs().Append(t);
-    if (counter) db.Execute(std::string("Alter Table [") + name + "] Add Column [" + counter + "] Counter");
-}
-
-// The earliest layout: e-mail addresses in a table of their own, projects
-// keyed by person, organizations as one person's employer, an archive flag
-// on the person, no other tables. `marker` is person 1's name, to tell
-// books apart.
-void CreateEarliestBook(const std::string& path, const std::string& marker = "Ada") {
-    Database db = Engine().CreateDatabase(path);
-    MakeTable(db, "PersonalData",
-              {{"FirstName", dbText, 50}, {"MiddleName", dbText, 50}, {"SurName", dbText, 50},
-               {"FullName", dbText, 255}, {"InsArcPrj", dbBoolean}},
-              "Personal ID");
-    MakeTable(db, "E-MailAdresses", {{"E-mailAdress", dbText, 255}, {"Personal ID", dbLong}});
-    MakeTable(db, "Projects", {{"Personal ID", dbLong}, {"Project", dbText, 255}, {"InsArcPrj", dbBoolean}});
-    MakeTable(db, "Organizations", {{"Organization", dbText, 255, true}, {"Personal ID", dbLong, 0, true}});
-    db.Execute("Insert Into PersonalData (FullName, InsArcPrj) Values (\"" + marker + "\", False)");
-    db.Execute("Insert Into PersonalData (FullName, InsArcPrj) Values (\"Bob\", True)");
-    db.Execute("Insert Into PersonalData (FullName, InsArcPrj) Values (\"Cy\", False)");
-    db.Execute("Insert Into [E-MailAdresses] ([E-mailAdress], [Personal ID]) Values (\"ada@a.org\", 1)");
-    db.Execute("Insert Into [E-MailAdresses] ([E-mailAdress], [Personal ID]) Values (\"ada@b.org\", 1)");
-    db.Execute("Insert Into [E-MailAdresses] ([E-mailAdress], [Personal ID]) Values (\"bob@c.org\", 2)");
-    db.Execute("Insert Into Projects ([Personal ID], Project, InsArcPrj) Values (1, \"A\", False)");
-    db.Execute("Insert Into Projects ([Personal ID], Project, InsArcPrj) Values (2, \"A\\B\", False)");
-    db.Execute("Insert Into Projects ([Personal ID], Project, InsArcPrj) Values (3, \"Old\", True)");
-    db.Execute("Insert Into Organizations (Organization, [Personal ID]) Values (\"Acme\", 1)");
-    db.Execute("Insert Into Organizations (Organization, [Personal ID]) Values (\"   \", 2)");
-    db.Execute("Insert Into Organizations (Organization, [Personal ID]) Values (\"Globex\", 3)");
-    db.Close();
-}
 
 // Every row of every table of today's layout, as text.
 std::string AllRows(const Database& db) {

@@ -5,6 +5,8 @@
 #include "platform/dao/connection.h"
 #include "platform/dao/database.h"
 #include "platform/dao/dbengine.h"
+#include "platform/dao/jet_file/jet_file_reader.h"
+#include "platform/dao/jet_file/jet_import.h"
 #include "platform/dao/lock_registry.h"
 #include "platform/dao/recordset_impl.h"
 #include "platform/dao/schema_editor.h"
@@ -555,6 +557,12 @@ void DBEngine::CompactDatabase(const std::string& source, const std::string& des
     if (fs::exists(destination, ec)) throw DaoError(kDatabaseExists);
     fs::path folder = fs::path(destination).has_parent_path() ? fs::path(destination).parent_path() : fs::path(".");
     if (!fs::is_directory(folder, ec)) throw DaoError(kNotValidPath, folder.string());
+    // A file of the original engine (an earlier installation's book) is
+    // converted: read through libmdb and written as a book.
+    if (jetfile::JetFileFormat(source) != jetfile::JetFormat::NotJet) {
+        jetfile::ImportJetFile(source, destination);
+        return;
+    }
 
     Connection::Options alone;
     alone.exclusive = true;

@@ -25,7 +25,9 @@ public:
     // exist (3204). Fails without touching the source while anyone holds it
     // (3045), when it is missing (3024) or not ours (3343). The copy's
     // counters go on from the highest number left, as after a compaction of
-    // the original engine.
+    // the original engine. A genuine Jet 3 or Jet 4 file as the source is
+    // converted into a book (see jet_file/jet_import.h); a later Access
+    // format or a damaged Jet file fails with 3343 and a description.
     void CompactDatabase(const std::string& source, const std::string& destination) const;
 
     // How long a write waits for another holder's lock before it fails

@@ -602,6 +602,8 @@ void RecordsetImpl::ProbeWriteLock() {
     // Jet locks the record when editing starts; SQLite locks the whole file
     // only while writing. Asking for the write lock now tells the person at
     // Edit, not later, that somebody else is writing.
+    // Inside a transaction of this connection the lock is ours already.
+    if (sqlite3_get_autocommit(conn_->db()) == 0) return;
     int rc = sqlite3_exec(conn_->db(), "BEGIN IMMEDIATE", nullptr, nullptr, nullptr);
     if (rc == SQLITE_OK) {
         sqlite3_exec(conn_->db(), "ROLLBACK", nullptr, nullptr, nullptr);

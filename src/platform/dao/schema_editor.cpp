@@ -89,16 +89,24 @@ void WriteCatalog(Connection& c, const std::string& table, const std::vector<Fie
 }
 
 // Runs `body` in one transaction; on failure everything is undone and the
-// error goes on to the caller.
+// error goes on to the caller. Inside a transaction that a caller opened
+// (a conversion of the whole book) the change is a savepoint of it, so that
+// it is undone alone on failure and kept or undone with the rest otherwise.
 template <class F>
 void Atomically(Connection& c, F body) {
     c.BeforeWrite();
-    c.ExecRaw("BEGIN IMMEDIATE");
+    const bool nested = sqlite3_get_autocommit(c.db()) == 0;
+    c.ExecRaw(nested ? "SAVEPOINT schema_change" : "BEGIN IMMEDIATE");
     try {
         body();
-        c.ExecRaw("COMMIT");
+        c.ExecRaw(nested ? "RELEASE schema_change" : "COMMIT");
     } catch (...) {
-        sqlite3_exec(c.db(), "ROLLBACK", nullptr, nullptr, nullptr);
+        if (nested) {
+            sqlite3_exec(c.db(), "ROLLBACK TO schema_change", nullptr, nullptr, nullptr);
+            sqlite3_exec(c.db(), "RELEASE schema_change", nullptr, nullptr, nullptr);
+        } else {
+            sqlite3_exec(c.db(), "ROLLBACK", nullptr, nullptr, nullptr);
+        }
         c.SchemaChanged();
         throw;
     }
