@@ -42,9 +42,10 @@
 #include <variant>
 #include <vector>
 
-#include "platform/core/variant.h"
-#include "platform/ui/data_control.h"
-#include "platform/ui/listview.h"
+#include "zelvo/data_control.h"
+#include "zelvo/export.h"
+#include "zelvo/listview.h"
+#include "zelvo/variant.h"
 
 namespace zelvo {
 
@@ -55,12 +56,13 @@ class DispatchObject;
 enum class DispType { Long, Integer, Boolean, String, Variant, Object };
 
 // The type's name as a signature shows it: "Long", "String", "Object" ...
-const char* DispTypeName(DispType type);
+ZELVO_EXPORT const char* DispTypeName(DispType type);
 
-// An object passed for an Object parameter: a control of the host, or an
-// object of a public class.
-using DispObject =
-    std::variant<std::monostate, ui::ListView*, ui::DataControl*, std::shared_ptr<DispatchObject>>;
+// An object passed for an Object parameter: a control of the host, an
+// object of a public class, or Nothing (nullptr: an object argument given as
+// no object, which the member itself then judges). monostate is no argument.
+using DispObject = std::variant<std::monostate, ui::ListView*, ui::DataControl*, std::shared_ptr<DispatchObject>,
+                                std::nullptr_t>;
 
 // One argument of a call, or what a call gives. Leave `value` empty for an
 // optional argument that is not given. For an Object parameter set `object`
@@ -74,6 +76,7 @@ struct DispArg {
     DispArg(ui::ListView* list) : object(list) {}
     DispArg(ui::DataControl* data) : object(data) {}
     DispArg(std::shared_ptr<DispatchObject> obj) : object(std::move(obj)) {}
+    DispArg(std::nullptr_t) : object(nullptr) {}  // Nothing
 
     bool HasObject() const { return !std::holds_alternative<std::monostate>(object); }
     // The object of a public class it carries; nullptr when it carries none.
@@ -110,7 +113,7 @@ struct DispMember {
 
 // A public class: its name, its members and how to make one. Made by
 // `MakeDispClass<T>` (src/automation/dispatch_table.h); hosts only read it.
-class DispClass {
+class ZELVO_EXPORT DispClass {
 public:
     // How the members reach the object; one per member, in the same order.
     // A method has `call`; a property `get`, and `set` unless read-only.
@@ -146,7 +149,7 @@ private:
 // An object of a public class as a late-bound client holds it. The calls
 // raise the errors listed at the top as `Error`s; an error of the member
 // itself passes through unchanged.
-class DispatchObject {
+class ZELVO_EXPORT DispatchObject {
 public:
     virtual ~DispatchObject() = default;
     virtual const DispClass& Class() const = 0;
@@ -165,7 +168,7 @@ public:
 // the object, or borrows it when made from a plain reference (the caller
 // then keeps it alive as long as the handle).
 template <class T>
-class DispatchHandle final : public DispatchObject {
+class ZELVO_EXPORT DispatchHandle final : public DispatchObject {
 public:
     DispatchHandle(const DispClass& cls, std::shared_ptr<T> object) : class_(cls), object_(std::move(object)) {}
     DispatchHandle(const DispClass& cls, T& object) : class_(cls), object_(std::shared_ptr<T>(), &object) {}
@@ -180,36 +183,36 @@ private:
 };
 
 // The public classes, in the order they were registered.
-std::span<const DispClass* const> PublicClasses();
+ZELVO_EXPORT std::span<const DispClass* const> PublicClasses();
 // The class of that name, without regard to case; the type library's prefix
 // ("Zelvolib.cAddressbook") is accepted. nullptr when there is none.
-const DispClass* FindPublicClass(std::string_view name);
+ZELVO_EXPORT const DispClass* FindPublicClass(std::string_view name);
 // A new object of the public class `className`: error 429 "ActiveX component
 // can't create object" when there is no such class or it cannot be created.
-std::shared_ptr<DispatchObject> CreateObject(std::string_view className);
+ZELVO_EXPORT std::shared_ptr<DispatchObject> CreateObject(std::string_view className);
 
 // The descriptor of cAddressbook.
-const DispClass& cAddressbookClass();
+ZELVO_EXPORT const DispClass& cAddressbookClass();
 
 // The calls below reach one cAddressbook the caller holds, as a
 // DispatchHandle borrowing it would.
 
 // The members of cAddressbook, in the order of its interface.
-std::span<const DispMember> cAddressbookMembers();
+ZELVO_EXPORT std::span<const DispMember> cAddressbookMembers();
 // nullptr when there is none of that name (compared without regard to case).
-const DispMember* FindcAddressbookMember(std::string_view name);
+ZELVO_EXPORT const DispMember* FindcAddressbookMember(std::string_view name);
 
 // Calls the method `name` of `book` with `args` (fewer than the parameters
 // when the rest are optional). By-reference value arguments get their value
 // after the call. Returns the result, Null for a Sub.
-Variant Invoke(cAddressbook& book, std::string_view name, std::vector<DispArg>& args);
+ZELVO_EXPORT Variant Invoke(cAddressbook& book, std::string_view name, std::vector<DispArg>& args);
 
 // Reads and sets a property of `book` by name.
-Variant GetProperty(const cAddressbook& book, std::string_view name);
-void SetProperty(cAddressbook& book, std::string_view name, const Variant& value);
+ZELVO_EXPORT Variant GetProperty(const cAddressbook& book, std::string_view name);
+ZELVO_EXPORT void SetProperty(cAddressbook& book, std::string_view name, const Variant& value);
 
 // The conversions of the calls: a value to a parameter's type, as the
 // runtime converts (13 type mismatch, 6 overflow, 94 invalid use of Null).
-Variant CoerceTo(const Variant& value, DispType type);
+ZELVO_EXPORT Variant CoerceTo(const Variant& value, DispType type);
 
 }  // namespace zelvo

@@ -74,10 +74,10 @@ DispClass MakeDispClass(std::string name, const std::vector<DispEntry<T>>& entri
 
 // The object a host passed for an Object parameter, as a T: a host control
 // (ui::ListView, ui::DataControl) or an object of a public class. nullptr
-// when none was passed; error 13 when it is of another kind.
+// when none was passed or Nothing; error 13 when it is of another kind.
 template <class T>
 T* ObjectArg(const DispObject& o) {
-    if (std::holds_alternative<std::monostate>(o)) return nullptr;
+    if (std::holds_alternative<std::monostate>(o) || std::holds_alternative<std::nullptr_t>(o)) return nullptr;
     if constexpr (std::is_same_v<T, ui::ListView> || std::is_same_v<T, ui::DataControl>) {
         if (auto p = std::get_if<T*>(&o)) return *p;
     } else {

@@ -68,6 +68,7 @@ const DispClass& TallyClass() {
             {{"Add", DispKind::Method, {{"Into", T::Object}, {"By", T::Long}}, std::nullopt, false, "adds By"},
              [](Tally& t, std::vector<Variant>& v, std::vector<DispObject>& o) {
                  Counter* c = ObjectArg<Counter>(o[0]);
+                 if (!c) throw Error(91, "Object variable or With block variable not set", "Tally");
                  c->count += static_cast<std::int32_t>(v[1].integer());
                  return Variant();
              }},
@@ -113,6 +114,11 @@ TEST(RegistryTest, MembersTakeAndGiveObjectsOfPublicClasses) {
     std::vector<DispArg> value{Variant("x"), Variant("1")};
     EXPECT_EQ(ErrorNumberOf([&] { tally.Invoke("Add", value); }), 424);
     EXPECT_EQ(ErrorNumberOf([&] { counter->SetProperty("Count", Variant("3")); }), 383);
+    // Nothing is an argument given (the member judges it); no argument is not.
+    std::vector<DispArg> nothing{nullptr, Variant("1")};
+    EXPECT_EQ(ErrorNumberOf([&] { tally.Invoke("Add", nothing); }), 91);
+    std::vector<DispArg> missing{DispArg(), Variant("1")};
+    EXPECT_EQ(ErrorNumberOf([&] { tally.Invoke("Add", missing); }), 449);
     std::vector<DispArg> bookAsList{book, &list};
     EXPECT_EQ(ErrorNumberOf([&] { book->Invoke("Navigate", bookAsList); }), 13);
 }
