@@ -12,6 +12,7 @@ packages=(
   libsqlite3-dev libicu-dev
   mdbtools-dev libmdb3          # reading genuine Jet files, the books of earlier installations
   libjpeg62-turbo-dev libpng-dev libgif-dev libtiff-dev
+  pybind11-dev python3-dev      # the Python module (left out of the build without them)
   # tests and benchmarks
   libgtest-dev libgmock-dev libbenchmark-dev sqlite3
   libjpeg-turbo-progs           # cjpeg/djpeg: reference encoder and decoder

@@ -21,16 +21,13 @@ std::string ListRowsJson(const ui::ListView& list) {
 }
 
 std::string DataRowsJson(ui::DataControl& data) {
-    dao::Recordset& rs = data.Recordset();
-    if (!rs.IsOpen() || rs.AbsolutePosition() == -1) return "[]";
     std::string out = "[";
-    auto fields = rs.Fields();
     bool first = true;
-    for (rs.MoveFirst(); !rs.IsEOF(); rs.MoveNext()) {
+    for (const auto& record : data.Records()) {
         out += first ? "{" : ", {";
         first = false;
-        for (int i = 0; i < fields.Count(); ++i)
-            out += (i ? ", " : "") + JsonString(fields.Item(i).Name()) + ": " + JsonValue(rs.Value(i));
+        for (size_t i = 0; i < record.size(); ++i)
+            out += (i ? ", " : "") + JsonString(record[i].first) + ": " + JsonValue(record[i].second);
         out += "}";
     }
     return out + "]";

@@ -3,8 +3,8 @@
 
 #include <string>
 
-#include "platform/ui/data_control.h"
-#include "platform/ui/listview.h"
+#include "zelvo/data_control.h"
+#include "zelvo/listview.h"
 
 namespace zelvo::cli {
 

@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "platform/core/variant.h"
+#include "zelvo/variant.h"
 
 namespace zelvo::cli {
 

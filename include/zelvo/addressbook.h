@@ -15,15 +15,15 @@
 #include <functional>
 #include <string>
 
-#include "platform/core/variant.h"
-#include "platform/dao/database.h"
-#include "platform/ui/data_control.h"
-#include "platform/ui/listview.h"
+#include "zelvo/data_control.h"
 #include "zelvo/enums.h"
+#include "zelvo/export.h"
+#include "zelvo/listview.h"
+#include "zelvo/variant.h"
 
 namespace zelvo {
 
-class cAddressbook {
+class ZELVO_EXPORT cAddressbook {
 public:
     // Properties: defaults for the calls, set by the host to suit its view.
     std::string rProject;          // the current project's path; "" is no project

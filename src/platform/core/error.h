@@ -17,25 +17,9 @@
 #include <string>
 #include <utility>
 
+#include "zelvo/error.h"
+
 namespace zelvo {
-
-// An error raised by a platform operation or by a routine that raises to its
-// caller. `number()` follows the engine's and the runtime's numbering.
-class Error : public std::runtime_error {
-public:
-    Error(int number, std::string description, std::string source = {})
-        : std::runtime_error(description), number_(number),
-          description_(std::move(description)), source_(std::move(source)) {}
-
-    int number() const noexcept { return number_; }
-    const std::string& description() const noexcept { return description_; }
-    const std::string& source() const noexcept { return source_; }
-
-private:
-    int number_;
-    std::string description_;
-    std::string source_;
-};
 
 // The state of the last error, as a resume-next routine sees it.
 struct ErrObject {

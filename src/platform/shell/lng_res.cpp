@@ -8,6 +8,7 @@
 
 #include "platform/core/error.h"
 #include "platform/shell/file_system.h"
+#include "platform/shell/install_paths.h"
 #include "platform/shell/shell_paths.h"
 
 namespace zelvo::shell {
@@ -59,10 +60,7 @@ std::string ChosenLanguage() {
     return "en";
 }
 
-std::string ChosenFolder() {
-    std::string forced = Env("ZELVO_LANG_DIR");
-    return ShellPaths::AddSeparator(forced.empty() ? ProgramFolder() + "lang" : forced);
-}
+std::string ChosenFolder() { return LanguageFolder(); }
 
 std::mutex& CacheMutex() {
     static std::mutex m;

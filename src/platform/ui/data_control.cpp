@@ -4,16 +4,57 @@
 
 namespace zelvo::ui {
 
-void DataControl::Refresh() {
-    if (recordset_.IsOpen()) recordset_.Close();
-    recordset_ = dao::Recordset();
-    if (!database_.IsOpen() || openName_ != DatabaseName) {
-        if (database_.IsOpen()) database_.Close();
-        database_ = dao::Engine().OpenDatabase(DatabaseName, false, false, Connect);
-        openName_ = DatabaseName;
+struct DataControl::State {
+    dao::Database database;
+    std::string openName;
+    dao::Recordset recordset;
+};
+
+DataControl::DataControl() : state_(std::make_unique<State>()) {}
+DataControl::~DataControl() = default;
+DataControl::DataControl(const DataControl& other)
+    : DatabaseName(other.DatabaseName), Connect(other.Connect), RecordSource(other.RecordSource),
+      RecordsetType(other.RecordsetType), state_(std::make_unique<State>(*other.state_)),
+      observers_(other.observers_) {}
+DataControl& DataControl::operator=(const DataControl& other) {
+    if (this != &other) {
+        DataControl copy(other);
+        DatabaseName = std::move(copy.DatabaseName);
+        Connect = std::move(copy.Connect);
+        RecordSource = std::move(copy.RecordSource);
+        RecordsetType = copy.RecordsetType;
+        state_ = std::move(copy.state_);
+        observers_ = std::move(copy.observers_);
     }
-    recordset_ = database_.OpenRecordset(RecordSource, RecordsetType);
+    return *this;
+}
+
+dao::Recordset& DataControl::Recordset() { return state_->recordset; }
+const dao::Database& DataControl::Database() const { return state_->database; }
+
+void DataControl::Refresh() {
+    State& s = *state_;
+    if (s.recordset.IsOpen()) s.recordset.Close();
+    s.recordset = dao::Recordset();
+    if (!s.database.IsOpen() || s.openName != DatabaseName) {
+        if (s.database.IsOpen()) s.database.Close();
+        s.database = dao::Engine().OpenDatabase(DatabaseName, false, false, Connect);
+        s.openName = DatabaseName;
+    }
+    s.recordset = s.database.OpenRecordset(RecordSource, RecordsetType);
     for (const auto& observer : observers_) observer();
+}
+
+std::vector<DataControl::Record> DataControl::Records() {
+    std::vector<Record> records;
+    dao::Recordset& rs = state_->recordset;
+    if (!rs.IsOpen() || rs.AbsolutePosition() == -1) return records;
+    auto fields = rs.Fields();
+    for (rs.MoveFirst(); !rs.IsEOF(); rs.MoveNext()) {
+        Record& r = records.emplace_back();
+        for (int i = 0; i < fields.Count(); ++i) r.emplace_back(fields.Item(i).Name(), rs.Value(i));
+    }
+    return records;
 }
 
 }  // namespace zelvo::ui

@@ -22,8 +22,14 @@
 #include <string>
 #include <vector>
 
-#include "platform/core/variant.h"
-#include "platform/imaging/picture.h"
+#include "zelvo/export.h"
+#include "zelvo/variant.h"
+
+namespace zelvo::imaging {
+// A decoded picture; the library's image code defines it, a host only passes
+// it around.
+struct Picture;
+}  // namespace zelvo::imaging
 
 namespace zelvo::ui {
 
@@ -48,7 +54,7 @@ struct ListImage {
 
 class ImageList;
 
-class ListImages {
+class ZELVO_EXPORT ListImages {
 public:
     int Count() const { return static_cast<int>(images_.size()); }
     // Adds at the end. A non-empty key must be new (35602).
@@ -66,7 +72,7 @@ private:
 };
 
 // The image list bound to a list's Icons or SmallIcons.
-class ImageList {
+class ZELVO_EXPORT ImageList {
 public:
     ui::ListImages& ListImages() { return images_; }
     const ui::ListImages& ListImages() const { return images_; }
@@ -86,7 +92,7 @@ public:
     int Width = 0;  // twips
 };
 
-class ColumnHeaders {
+class ZELVO_EXPORT ColumnHeaders {
 public:
     int Count() const { return static_cast<int>(columns_.size()); }
     ColumnHeader& Add(const std::string& text, int width = 0, const std::string& key = {});
@@ -102,7 +108,7 @@ private:
 };
 
 // One row.
-class ListItem {
+class ZELVO_EXPORT ListItem {
 public:
     // The row's place from the top, from 1.
     int Index() const;
@@ -142,7 +148,7 @@ private:
     std::vector<std::string> subItems_;
 };
 
-class ListItems {
+class ZELVO_EXPORT ListItems {
 public:
     int Count() const { return static_cast<int>(items_.size()); }
     // A new row at the end, or before row `index` (1 .. Count + 1, else
@@ -180,7 +186,7 @@ struct ListViewChange {
     int index = 0;
 };
 
-class ListView {
+class ZELVO_EXPORT ListView {
 public:
     ListView();
     ListView(const ListView&) = delete;

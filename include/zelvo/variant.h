@@ -12,6 +12,8 @@
 #include <variant>
 #include <vector>
 
+#include "zelvo/export.h"
+
 namespace zelvo {
 
 using Bytes = std::vector<std::uint8_t>;
@@ -20,7 +22,7 @@ struct Null {
     friend bool operator==(Null, Null) { return true; }
 };
 
-class Variant {
+class ZELVO_EXPORT Variant {
 public:
     enum class Kind { Null, Integer, Double, Boolean, Text, Bytes };
 
