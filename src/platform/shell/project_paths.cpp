@@ -26,7 +26,11 @@ std::string ProjectPaths::RootFolder(bool InsArcPrj) const {
 }
 
 std::string ProjectPaths::FolderOf(const std::string& Project, bool InsArcPrj) const {
-    std::string folder = RootFolder(InsArcPrj);
+    return FolderUnderRoot(RootFolder(InsArcPrj), Project);
+}
+
+std::string FolderUnderRoot(const std::string& root, const std::string& Project) {
+    std::string folder = root;
     if (!folder.empty() && folder.back() == '/') folder.pop_back();
     size_t start = 0;
     while (start <= Project.size()) {
@@ -36,6 +40,18 @@ std::string ProjectPaths::FolderOf(const std::string& Project, bool InsArcPrj) c
         start = end + 1;
     }
     return folder;
+}
+
+std::string ProjectPathUnderRoot(const std::string& root, const std::string& folder) {
+    std::string base = root;
+    while (!base.empty() && base.back() == '/') base.pop_back();
+    if (folder.size() <= base.size() + 1 || folder.compare(0, base.size(), base) != 0 || folder[base.size()] != '/')
+        return {};
+    std::string path = folder.substr(base.size() + 1);
+    while (!path.empty() && path.back() == '/') path.pop_back();
+    for (char& c : path)
+        if (c == '/') c = '\\';
+    return path;
 }
 
 std::string ProjectPaths::OtherSide(const std::string& Project, bool /*InsArcPrj*/) const { return Project; }

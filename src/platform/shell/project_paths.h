@@ -46,6 +46,15 @@ public:
     virtual void CreateFolder(const std::string& Folder);
 };
 
+// The folder of `Project` under `root` by the rules of FolderOf: the one
+// place that turns a project path into a folder, for the project paths and
+// for the pickers that browse a root.
+std::string FolderUnderRoot(const std::string& root, const std::string& Project);
+
+// The project path of `folder` under `root` ("<root>/A/B" gives "A\B"),
+// or "" when it lies outside it (or is the root).
+std::string ProjectPathUnderRoot(const std::string& root, const std::string& folder);
+
 // The helpers of the process. Until a host installs its own, the ones above
 // serve. Set* take a helper that outlives its use (not owned); nullptr puts
 // the default back. Each returns the previous one.
