@@ -142,25 +142,41 @@ void PrjArcPrjSingleProject(std::int32_t Object_ID, std::int32_t ObjectType, con
 void PrjArcPrj2(std::int32_t Object_ID, std::int32_t ObjectType, bool& InsArcPrj) {
     OnErrorResumeNext er("cAddressbook.PrjArcPrj2");
     const bool from = InsArcPrj;
-    InsArcPrj = !from;
+    const bool to = !from;
+    InsArcPrj = to;
     OpenRows o;
     if (!er.Do([&] { o.db = DBEngine().OpenDatabase(DatabasePath(), false, false, "Access"); })) return;
-    if (!er.Do([&] { o.rs = o.db.OpenRecordset(OwnerProjectsSQL(Object_ID, ObjectType), dao::dbOpenDynaset); }))
-        return;
+    // The far path of each of the object's paths, read first.
     const shell::ProjectPaths& paths = shell::CurrentProjectPaths();
+    std::vector<std::pair<std::string, std::string>> renamed;  // path, far path, where they differ
     std::vector<std::string> farFolders;
-    er.Do([&] {
-        if (o.rs.IsEOF()) return;
-        o.rs.MoveLast();
-        while (!o.rs.IsBOF()) {
-            std::string farPath = paths.OtherSide(ValueConv::ToText(o.rs("Project")), from);
-            if (er.Do([&] { o.rs.Edit(); })) {
-                WriteRow(er, o.rs, farPath, !from);
-                farFolders.push_back(paths.FolderOf(farPath, !from));
-            }
-            o.rs.MovePrevious();
+    bool read = er.Do([&] {
+        o.rs = o.db.OpenRecordset(OwnerProjectsSQL(Object_ID, ObjectType), dao::dbOpenSnapshot);
+        for (; !o.rs.IsEOF(); o.rs.MoveNext()) {
+            std::string path = ValueConv::ToText(o.rs("Project"));
+            std::string farPath = paths.OtherSide(path, from);
+            if (farPath != path) renamed.emplace_back(path, farPath);
+            farFolders.push_back(paths.FolderOf(farPath, to));
         }
+        o.rs.Close();
     });
+    if (!read || farFolders.empty()) return;
+    // Every row crosses in one statement: one write to the book however many
+    // projects hold the object, and a row the engine refuses (a far path too
+    // long) leaves them all where they were.
+    std::string set = "InsArcPrj=" + ValueConv::BoolToSql(to);
+    if (!renamed.empty()) {
+        std::string expr = "Projects.Project";
+        for (const auto& [path, farPath] : renamed)
+            expr = "IIf(Projects.Project=" + QuoteSqlText(path) + "," +
+                   (farPath.empty() ? std::string("Null") : QuoteSqlText(farPath)) + "," + expr + ")";
+        set += ", Project=" + expr;
+    }
+    bool written = er.Do([&] {
+        o.db.Execute("UPDATE Projects SET " + set + " WHERE Projects.[Owner ID]=" + std::to_string(Object_ID) +
+                     " AND Projects.OwnerType=" + std::to_string(ObjectType) + ";");
+    });
+    if (!written) return;
     // The rows cross first; the folders on the far side are made after.
     for (const std::string& folder : farFolders)
         er.Do([&] {

@@ -119,6 +119,29 @@ TEST_F(MembershipTest, AllRowsOfAnObjectEndOnTheFarSideAndTheFlagComesBackFlippe
     EXPECT_TRUE(std::filesystem::is_directory(dir_.path() / "A" / "B"));
 }
 
+// A host whose archive keeps its projects under another path.
+class PrefixedArchive : public shell::ProjectPaths {
+public:
+    std::string OtherSide(const std::string& Project, bool InsArcPrj) const override {
+        return InsArcPrj ? Project.substr(4) : "Old\\" + Project;
+    }
+};
+
+TEST_F(MembershipTest, AHostsOwnOtherSideRenamesEveryRowThatCrosses) {
+    PrefixedArchive prefixed;
+    shell::ProjectPaths* previous = shell::SetProjectPaths(&prefixed);
+    bool side = false;
+    Add(1, 0, "Z");
+    book_.PrjArcPrj(1, nullptr, nullptr, side);
+    std::string q = "Q";
+    bool live = false;
+    book_.PrjArcPrjSingleProject(3, 2, nullptr, q, live);
+    shell::SetProjectPaths(previous);
+    EXPECT_EQ(Rows(), (std::vector<std::string>{"1:0:Old\\A:A", "1:0:Old\\A\\B:A", "1:0:Old\\Z:A", "2:1:A:L",
+                                                "3:2:Old\\Q:A"}));
+    EXPECT_TRUE(ArchiveFolderExists("Old/Z"));
+}
+
 TEST_F(MembershipTest, APathTooLongForTheColumnLeavesTheRowAsItWas) {
     auto before = Rows();
     book_.rProject = "Q";
