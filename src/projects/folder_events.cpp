@@ -13,12 +13,30 @@ namespace {
 
 constexpr const char* kFolderCopyLabel = "ZELVO.DLL\\cAddressbook.FolderCopy";
 
+// `text` as a Like pattern that matches exactly itself: the pattern's own
+// characters go in brackets.
+std::string LikeLiteral(const std::string& text) {
+    std::string pattern;
+    for (char c : text) {
+        if (c == '*' || c == '?' || c == '#' || c == '[')
+            pattern += std::string("[") + c + "]";
+        else
+            pattern += c;
+    }
+    return pattern;
+}
+
 // The rows of the project and its subprojects on one side, as a WHERE text.
-// The side comes first: it is the cheap test and rules out half the rows
-// before any path is compared.
+// The cheap tests come first and rule out nearly every row before the
+// subtree test compares paths: the side, then a Like on the leading part,
+// which every row of the subtree passes (its path begins with the
+// project's, case ignored alike). The empty path has no leading part to
+// test: it takes the paths that begin with a backslash, and a row without
+// a path.
 std::string SubtreeCondition(const std::string& path, bool InsArcPrj) {
-    return "( (Projects.InsArcPrj=" + ValueConv::BoolToSql(InsArcPrj) + ") and (" + ProjectCondition(path, InsCurPrj) +
-           ") )";
+    std::string leading = path.empty() ? "" : "(Projects.Project Like " + QuoteSqlText(LikeLiteral(path) + "*") + ") and ";
+    return "( (Projects.InsArcPrj=" + ValueConv::BoolToSql(InsArcPrj) + ") and " + leading + "(" +
+           ProjectCondition(path, InsCurPrj) + ") )";
 }
 
 // The new path of a row of the subtree of `from`: `to` in place of the

@@ -99,13 +99,18 @@ TEST_F(FolderEventsTest, PathsWithQuotesAndWildcardsMoveOnlyTheirOwnRows) {
     Add(6, 0, "Say \"hi\"\\x");
     Add(7, 0, "Say \"hi\"x");
     Add(8, 0, "%\\y");
+    Add(9, 0, "[Draft]*?#\\z");
+    Add(10, 0, "[Draft]x?#\\z");
     book_.rProjectMoved("Say \"hi\"", false, "O'Neil [1]", false);
     book_.rProjectMoved("%", false, "*", false);
+    book_.rProjectMoved("[draft]*?#", false, "D", false);
     auto rows = Rows();
     EXPECT_NE(std::find(rows.begin(), rows.end(), "6:0:O'Neil [1]\\x:L"), rows.end());
     EXPECT_NE(std::find(rows.begin(), rows.end(), "7:0:Say \"hi\"x:L"), rows.end());
     EXPECT_NE(std::find(rows.begin(), rows.end(), "8:0:*\\y:L"), rows.end());
     EXPECT_NE(std::find(rows.begin(), rows.end(), "1:0:A:L"), rows.end());
+    EXPECT_NE(std::find(rows.begin(), rows.end(), "9:0:D\\z:L"), rows.end());
+    EXPECT_NE(std::find(rows.begin(), rows.end(), "10:0:[Draft]x?#\\z:L"), rows.end());
 }
 
 }  // namespace
