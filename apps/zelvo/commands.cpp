@@ -15,10 +15,12 @@ extern const Command kCorrectDbCommand;
 extern const Command kCompactCommand;
 extern const Command kCallCommand;
 extern const Command kListCommand;
+extern const Command kProjectsCommand;
 
 std::span<const Command> Commands() {
     static const std::vector<Command> table = {
         kListCommand,
+        kProjectsCommand,
         kCallCommand,
         kSqlCommand,
         kJpegCommand,

@@ -1,5 +1,8 @@
 #include "platform/ui/scripted_host.h"
 
+#include "platform/shell/project_paths.h"
+#include "platform/ui/form.h"
+
 namespace zelvo::ui {
 
 int ScriptedUiHost::ShowMessageBox(const MessageBoxRequest& request) {
@@ -41,6 +44,31 @@ std::string ScriptedUiHost::ShowOpenDialog(const FileDialogRequest& request) {
 
 std::string ScriptedUiHost::ShowSaveDialog(const FileDialogRequest& request) {
     return FileAnswer(Shown::SaveDialog, request);
+}
+
+void ScriptedUiHost::RunWindow(Form& form) {
+    log_.push_back({Shown::Window, form.Name(), form.Caption(), 0, {}});
+    form.Show();
+    if (windowActions_.empty()) {
+        ++unanswered_;
+    } else {
+        auto action = std::move(windowActions_.front());
+        windowActions_.pop_front();
+        action(form);
+    }
+    if (form.Visible()) form.Unload();
+}
+
+std::optional<ProjectPickerAnswer> ScriptedUiHost::ShowProjectPicker(const ProjectPickerRequest& request) {
+    pickerLog_.push_back(request);
+    if (pickerAnswers_.empty()) {
+        ++unanswered_;
+        return std::nullopt;
+    }
+    auto path = std::move(pickerAnswers_.front());
+    pickerAnswers_.pop_front();
+    if (!path) return std::nullopt;
+    return ProjectPickerAnswer{*path, shell::FolderUnderRoot(request.rootFolder, *path)};
 }
 
 }  // namespace zelvo::ui

@@ -12,6 +12,8 @@
 
 namespace zelvo::ui {
 
+class Form;
+
 // The common file dialog's settings, as the caller fills them.
 struct FileDialogRequest {
     std::string title;
@@ -67,6 +69,21 @@ struct InputBoxRequest {
     int context = 0;
 };
 
+// The project picker's settings, in the order the library gives them.
+struct ProjectPickerRequest {
+    std::string appPath;     // the application folder
+    std::string rootFolder;  // the root of the side whose folders are browsed
+    std::string title;       // "" for the picker's own
+    std::string path;        // the project path to open on ("A\B"); "" the root
+};
+
+// What the person chose: a project path ("A\B", backslash-separated, no
+// backslash at the end) and its folder on the disk.
+struct ProjectPickerAnswer {
+    std::string projectPath;
+    std::string folder;
+};
+
 class UiHost {
 public:
     virtual ~UiHost() = default;
@@ -87,6 +104,22 @@ public:
     // The save-file dialog. Returns the chosen path, or "" when the person
     // gave up.
     virtual std::string ShowSaveDialog(const FileDialogRequest& request) = 0;
+
+    // Shows `form` and lets the person work in it until it is no longer
+    // visible (hidden by its own code or unloaded by its frame): the wait
+    // loop of a window that must look modal to its caller. The window's
+    // handlers run inside this call. This base, with nobody to work in the
+    // window, closes it by its frame at once, so a wait never hangs.
+    virtual void RunWindow(Form& form);
+
+    // Lets pending events of the desktop run (a repaint, a click queued
+    // while the library was busy). This base has none.
+    virtual void DoEvents() {}
+
+    // The project picker: a tree of the folders under `request.rootFolder`
+    // to choose one from. Returns the choice, or nothing when the person
+    // cancelled. This base cancels.
+    virtual std::optional<ProjectPickerAnswer> ShowProjectPicker(const ProjectPickerRequest& request);
 };
 
 // The host of this process. Until a host installs itself, a headless host
