@@ -142,6 +142,12 @@ const std::vector<Entry>& Members() {
              b.CompressDB();
              return Variant();
          }},
+        {{"ResourceExists", DispKind::Method,
+          {DispParam{"Owner_ID", T::Long}, DispParam{"OwnerType", T::Long}, DispParam{"resType", T::Long}}, T::Boolean, false,
+          "whether the owner has a resource of the kind (0 phone, 1 page, 2 e-mail, 4 ICQ)"},
+         [](cAddressbook& b, std::vector<Variant>& v, std::vector<DispObject>&) {
+             return Variant(b.ResourceExists(Long(v[0]), Long(v[1]), Long(v[2])));
+         }},
         // Properties.
         {{"rProject", DispKind::Property, {}, T::String, false, "the current project's path"}, nullptr,
          [](const cAddressbook& b) { return Variant(b.rProject); },
