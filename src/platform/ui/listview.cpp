@@ -258,3 +258,38 @@ void ListView::Notify(const ListViewChange& change) {
 }
 
 }  // namespace zelvo::ui
+
+namespace zelvo::ui {
+
+void ListView::SetEnabled(bool enabled) {
+    if (enabled == enabled_) return;
+    enabled_ = enabled;
+    Notify({ListViewChange::Property});
+}
+
+void ListView::SetVisible(bool visible) {
+    if (visible == visible_) return;
+    visible_ = visible;
+    Notify({ListViewChange::Property});
+}
+
+bool ListView::UserSelect(const std::vector<int>& indexes) {
+    if (!enabled_ || !visible_ || indexes.empty()) return false;
+    for (int i : indexes)
+        if (i < 1 || i > items_.Count()) OutOfBounds();
+    for (int i = 1; i <= items_.Count(); ++i) {
+        ListItem& item = items_.Item(i);
+        bool wanted = std::find(indexes.begin(), indexes.end(), i) != indexes.end();
+        if (item.Selected() != wanted) item.SetSelected(wanted);
+    }
+    if (OnItemClick) OnItemClick(items_.Item(indexes.front()));
+    return true;
+}
+
+bool ListView::UserDblClick(int index) {
+    if (!UserSelect({index})) return false;
+    if (OnDblClick) OnDblClick();
+    return true;
+}
+
+}  // namespace zelvo::ui

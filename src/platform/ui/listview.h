@@ -227,6 +227,26 @@ public:
     void Notify(const ListViewChange& change);
     void NotifyItem(const ListItem* item);
 
+    // Whether a person can reach the list (a change is told as Property).
+    bool Enabled() const { return enabled_; }
+    void SetEnabled(bool enabled);
+    bool Visible() const { return visible_; }
+    void SetVisible(bool visible);
+
+    // The events a window handles: a row clicked (after the selection has
+    // changed), and a double click on the list.
+    std::function<void(ListItem&)> OnItemClick;
+    std::function<void()> OnDblClick;
+
+    // The person selects the rows `indexes` (1-based; only those stay
+    // selected) and OnItemClick runs for the first. False, changing nothing,
+    // when the list is disabled or hidden or `indexes` is empty; an index
+    // outside the list is 35600.
+    bool UserSelect(const std::vector<int>& indexes);
+    // The person double-clicks row `index`: it is selected alone, clicked,
+    // then OnDblClick runs.
+    bool UserDblClick(int index);
+
 private:
     ui::ListItems items_;
     ui::ColumnHeaders columns_;
@@ -240,6 +260,8 @@ private:
     std::shared_ptr<ImageList> smallIcons_;
     std::vector<std::pair<int, Observer>> observers_;
     int nextObserver_ = 1;
+    bool enabled_ = true;
+    bool visible_ = true;
 };
 
 }  // namespace zelvo::ui

@@ -1,5 +1,7 @@
 #include "platform/ui/scripted_host.h"
 
+#include "platform/ui/form.h"
+
 namespace zelvo::ui {
 
 int ScriptedUiHost::ShowMessageBox(const MessageBoxRequest& request) {
@@ -41,6 +43,19 @@ std::string ScriptedUiHost::ShowOpenDialog(const FileDialogRequest& request) {
 
 std::string ScriptedUiHost::ShowSaveDialog(const FileDialogRequest& request) {
     return FileAnswer(Shown::SaveDialog, request);
+}
+
+void ScriptedUiHost::RunWindow(Form& form) {
+    log_.push_back({Shown::Window, form.Name(), form.Caption(), 0, {}});
+    form.Show();
+    if (windowActions_.empty()) {
+        ++unanswered_;
+    } else {
+        auto action = std::move(windowActions_.front());
+        windowActions_.pop_front();
+        action(form);
+    }
+    if (form.Visible()) form.Unload();
 }
 
 }  // namespace zelvo::ui

@@ -8,6 +8,7 @@
 #pragma once
 
 #include <deque>
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -19,8 +20,8 @@ namespace zelvo::ui {
 class ScriptedUiHost : public UiHost {
 public:
     struct Shown {
-        enum Kind { MessageBox, InputBox, OpenDialog, SaveDialog } kind;
-        std::string prompt;  // a file dialog's title
+        enum Kind { MessageBox, InputBox, OpenDialog, SaveDialog, Window } kind;
+        std::string prompt;  // a file dialog's title; a window's name
         std::string title;
         int buttons = 0;          // message box style
         std::string defaultText;  // input box default, file dialog's proposed name
@@ -32,17 +33,27 @@ public:
     // "": the person cancels.
     void QueueFileDialogAnswer(std::string path) { fileAnswers_.push_back(std::move(path)); }
 
+    // What the person does in the next window shown through RunWindow. The
+    // window is closed by its frame afterwards if the action left it
+    // visible; a window with no action queued is closed at once.
+    void QueueWindowAction(std::function<void(Form&)> action) { windowActions_.push_back(std::move(action)); }
+
     const std::vector<Shown>& Log() const { return log_; }
     int Unanswered() const { return unanswered_; }
     // Answers still queued at the end of a test mean a dialog did not come.
     bool AllAnswersUsed() const {
-        return messageAnswers_.empty() && inputAnswers_.empty() && fileAnswers_.empty();
+        return messageAnswers_.empty() && inputAnswers_.empty() && fileAnswers_.empty() &&
+               windowActions_.empty();
     }
 
     int ShowMessageBox(const MessageBoxRequest& request) override;
     std::optional<std::string> ShowInputBox(const InputBoxRequest& request) override;
     std::string ShowOpenDialog(const FileDialogRequest& request) override;
     std::string ShowSaveDialog(const FileDialogRequest& request) override;
+    void RunWindow(Form& form) override;
+    void DoEvents() override { ++doEvents_; }
+    // How often the library let events run.
+    int DoEventsCalls() const { return doEvents_; }
 
 private:
     std::string FileAnswer(Shown::Kind kind, const FileDialogRequest& request);
@@ -50,6 +61,8 @@ private:
     std::deque<int> messageAnswers_;
     std::deque<std::optional<std::string>> inputAnswers_;
     std::deque<std::string> fileAnswers_;
+    std::deque<std::function<void(Form&)>> windowActions_;
+    int doEvents_ = 0;
     std::vector<Shown> log_;
     int unanswered_ = 0;
 };

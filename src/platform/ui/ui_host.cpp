@@ -1,5 +1,7 @@
 #include "platform/ui/ui_host.h"
 
+#include "platform/ui/form.h"
+
 namespace zelvo::ui {
 
 std::vector<int> MsgBoxButtons(int style) {
@@ -35,6 +37,11 @@ const char* MsgBoxButtonName(int result) {
 int UiHost::ShowMessageBox(const MessageBoxRequest& request) { return MsgBoxDefaultButton(request.buttons); }
 
 std::optional<std::string> UiHost::ShowInputBox(const InputBoxRequest&) { return std::nullopt; }
+
+void UiHost::RunWindow(Form& form) {
+    form.Show();
+    form.Unload();
+}
 
 namespace {
 

@@ -12,6 +12,8 @@
 
 namespace zelvo::ui {
 
+class Form;
+
 // The common file dialog's settings, as the caller fills them.
 struct FileDialogRequest {
     std::string title;
@@ -87,6 +89,17 @@ public:
     // The save-file dialog. Returns the chosen path, or "" when the person
     // gave up.
     virtual std::string ShowSaveDialog(const FileDialogRequest& request) = 0;
+
+    // Shows `form` and lets the person work in it until it is no longer
+    // visible (hidden by its own code or unloaded by its frame): the wait
+    // loop of a window that must look modal to its caller. The window's
+    // handlers run inside this call. This base, with nobody to work in the
+    // window, closes it by its frame at once, so a wait never hangs.
+    virtual void RunWindow(Form& form);
+
+    // Lets pending events of the desktop run (a repaint, a click queued
+    // while the library was busy). This base has none.
+    virtual void DoEvents() {}
 };
 
 // The host of this process. Until a host installs itself, a headless host
