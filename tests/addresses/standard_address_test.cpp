@@ -1,5 +1,6 @@
 // Walks up the tree of places and the texts made from them.
 #include "addresses/standard_address.h"
+#include "addresses/txt_address_fields.h"
 
 #include "personslist/persons_book.h"
 #include "platform/core/error.h"
@@ -122,6 +123,33 @@ TEST_F(AddressTest, OwnerWithTwoBindingsGivesTheSecondAfterMoveNext) {
     EXPECT_FALSE(owner.SelectOwner(3, oPersonal_ID));
     EXPECT_EQ(owner.Address_ID(), 0);
     EXPECT_EQ(Show(owner.AddressFields()), "||||");
+}
+
+TEST_F(AddressTest, TextBoxesTakeTheFieldsStreetFirstAndZeroEmptiesThem) {
+    int country = Node(0, 0, "Italy");
+    int city = Node(country, 2, "t. Roma", "00100");
+    int street = Node(city, 3, "Via Appia");
+    ui::TextBox post, countryBox, region, cityBox, streetBox;
+    std::vector<std::string> order;
+    for (auto [box, name] : {std::pair{&post, "post"}, {&countryBox, "country"}, {&region, "region"},
+                             {&cityBox, "city"}, {&streetBox, "street"}})
+        box->OnChange = [&order, name = std::string(name)] { order.push_back(name); };
+    region.SetText("stale");
+    order.clear();
+
+    clsTxtAddressFields boxes;
+    boxes.TxtPostIndex = &post, boxes.TxtCountry = &countryBox, boxes.TxtRegion = &region;
+    boxes.TxtCity = &cityBox, boxes.TxtStreet = &streetBox;
+    boxes.SetRecordset(db_.OpenRecordset("PostAddresses"));
+    boxes.ChangeTxtAddr(street);
+    EXPECT_EQ(order, (std::vector<std::string>{"street", "city", "country", "post", "region"}));
+    EXPECT_EQ(post.Text() + "|" + countryBox.Text() + "|" + region.Text() + "|" + cityBox.Text() + "|" + streetBox.Text(),
+              "00100|Italy||t. Roma|Via Appia");
+    boxes.ChangeTxtAddr(0);
+    EXPECT_EQ(post.Text() + countryBox.Text() + region.Text() + cityBox.Text() + streetBox.Text(), "");
+    boxes.ChangeTxtAddr(street);
+    boxes.ClearTxtFields();
+    EXPECT_EQ(streetBox.Text(), "");
 }
 
 }  // namespace
