@@ -279,8 +279,14 @@ DispResult DispatchObject::Invoke(std::string_view name, std::vector<DispArg>& a
 
     DispResult result = cls.BindingOf(member).call(*this, values, objects);
 
-    for (size_t i = 0; i < params.size() && i < args.size(); ++i)
+    for (size_t i = 0; i < params.size() && i < args.size(); ++i) {
         if (params[i].byRef && params[i].type != DispType::Object && args[i].value) args[i].value = values[i];
+        // An object given back through a by-reference parameter (a picture
+        // a lookup found) reaches the caller's slot as a value would.
+        if (params[i].byRef && params[i].type == DispType::Object &&
+            std::holds_alternative<std::shared_ptr<DispatchObject>>(objects[i]))
+            args[i].object = objects[i];
+    }
     return result;
 }
 
