@@ -50,7 +50,9 @@ void StandardAddress::SetRecordset(dao::Recordset rs) {
 
 bool StandardAddress::FindAddress(std::int32_t id) {
     try {
-        if (!rs_ || rs_.AbsolutePosition() == -1) return false;
+        // "No current row" is asked through BOF and EOF rather than through
+        // AbsolutePosition, which counts the rows before the current one.
+        if (!rs_ || rs_.IsBOF() || rs_.IsEOF()) return false;
         rs_.MoveFirst();
         rs_.FindFirst("[Address ID]=" + std::to_string(id));
         return !rs_.NoMatch();

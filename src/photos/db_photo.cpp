@@ -10,6 +10,7 @@
 #include "photos/photo_queries.h"
 #include "platform/core/error.h"
 #include "platform/core/value_conv.h"
+#include "platform/dao/connection.h"
 #include "platform/imaging/fit.h"
 #include "platform/imaging/picture_loader.h"
 #include "store/library_state.h"
@@ -52,6 +53,17 @@ std::shared_ptr<imaging::Picture> DrawFitted(const imaging::Picture& pic, int bo
     return canvas;
 }
 
+// The book, opened shared and writable although only read here: a writable
+// connection lets the engine keep the lookup indexes of the mail queries.
+// Their join reaches Photo by [Personal ID], which no query compares with a
+// number of its own; without an index on it the planner would read every
+// photo of the book for each lookup.
+dao::Database OpenBook() {
+    dao::Database db = DBEngine().OpenDatabase(DatabasePath(), false, false, "Access");
+    db.connection()->EnsureLookupIndex("Photo", "Personal ID");
+    return db;
+}
+
 }  // namespace
 
 dbPhoto::dbPhoto() = default;
@@ -73,7 +85,7 @@ dao::Recordset& dbPhoto::Recordset() {
     if (!rs_) {
         OnErrorResumeNext on("dbPhoto.Recordset");
         if (!ownDb_.IsOpen())
-            ownDb_ = on.Resume([] { return DBEngine().OpenDatabase(DatabasePath(), false, false, "Access"); });
+            ownDb_ = on.Resume([] { return OpenBook(); });
         if (ownDb_.IsOpen()) rs_ = on.Resume([&] { return ownDb_.OpenRecordset("Photo", dao::dbOpenTable); });
     }
     return rs_;
@@ -157,7 +169,7 @@ bool dbPhoto::FindPhotoByEmail(const std::string& strEmail, ui::DataControl& Dat
     OnErrorResumeNext on("dbPhoto.FindPhotoByEmail");
     DataPhotoEx.DatabaseName = DatabasePath();
     DataPhotoEx.Connect = "Access";
-    dao::Database db = on.Resume([] { return DBEngine().OpenDatabase(DatabasePath(), false, true, "Access"); });
+    dao::Database db = on.Resume([] { return OpenBook(); });
     if (!db.IsOpen()) return false;
     DataPhotoEx.RecordSource = on.Resume([&] { return SqlPhotoByPersonMail(strEmail, db); });
     on.Do([&] { DataPhotoEx.Refresh(); });
@@ -196,7 +208,7 @@ bool dbPhoto::GetPhotoByEmail(const std::string& strEmail, std::shared_ptr<imagi
                               std::int32_t* Personal_ID) {
     OnErrorResumeNext on("dbPhoto.GetPhotoByEmail");
     if (iPic) iPic->reset();
-    dao::Database db = on.Resume([] { return DBEngine().OpenDatabase(DatabasePath(), false, true, "Access"); });
+    dao::Database db = on.Resume([] { return OpenBook(); });
     if (!db.IsOpen()) return false;
     struct Closer {
         dao::Database& db;
@@ -249,7 +261,7 @@ void dbPhoto::LoadPersonPhoto(std::int32_t Personal_ID, bool& Found) {
             box->Image.reset();
         }
     if (!picPhoto_ || !scaledPhoto_) return;
-    dao::Database db = on.Resume([] { return DBEngine().OpenDatabase(DatabasePath(), false, true, "Access"); });
+    dao::Database db = on.Resume([] { return OpenBook(); });
     dao::Recordset rs;
     if (db.IsOpen()) rs = on.Resume([&] { return db.OpenRecordset(SqlPersonPhotos(Personal_ID)); });
     if (!HasRow(rs, on)) {

@@ -1,5 +1,6 @@
 #include "resources/resource_ops.h"
 
+#include <algorithm>
 #include <vector>
 
 #include "hostservices/lng_text.h"
@@ -158,27 +159,45 @@ bool DeletePersonResources(std::int32_t PersonalID) {
     OnErrorResumeNext on("Module1.DeletePersonResources");
     OwnDatabase own(on);
     if (!own.IsOpen()) return false;
-    dao::Recordset links = on.Resume([&] { return own.db.OpenRecordset(SqlPersonLinks(PersonalID)); });
-    if (!links) return false;
 
+    // The resources the person links to, noted before the links go.
     std::vector<std::int32_t> noted;
-    on.Do([&] { links.MoveLast(); });
-    while (HasCurrentRow(links, on)) {
-        noted.push_back(on.Resume([&] { return ValueConv::ToLong(links("Resource ID")); }));
-        if (!on.Do([&] { links.Delete(); })) break;
-        on.Do([&] { links.MovePrevious(); });
-        if (on.Resume([&] { return links.IsBOF(); }, true)) break;
+    {
+        dao::Recordset links = on.Resume([&] { return own.db.OpenRecordset(SqlPersonLinks(PersonalID)); });
+        if (!links) return false;
+        for (; !on.Resume([&] { return links.IsEOF(); }, true); on.Do([&] { links.MoveNext(); }))
+            noted.push_back(on.Resume([&] { return ValueConv::ToLong(links("Resource ID")); }));
+        on.Do([&] { links.Close(); });
     }
-    on.Do([&] { links.Close(); });
+    if (noted.empty()) return true;
 
-    for (std::int32_t resourceId : noted) {
-        const std::string id = std::to_string(resourceId);
-        dao::Recordset left =
-            on.Resume([&] { return own.db.OpenRecordset("Select * from ResourcesOwners Where [Resource ID]=" + id + ";"); });
-        bool shared = !left || HasCurrentRow(left, on);
+    // All of the person's links go in one statement, and the rows no other
+    // owner links to in one more: a card can carry many resources, and a
+    // write for each would make removing a person slow.
+    const std::string person = std::to_string(PersonalID);
+    if (!on.Do([&] {
+            own.db.Execute("Delete From ResourcesOwners Where [Owner ID]=" + person +
+                           " And ([OwnerType]=0 Or [OwnerType] Is Null);");
+        }))
+        return true;
+    // Each noted resource is asked for by itself: a lookup by one key is
+    // what the engine keeps an index for.
+    std::vector<std::int32_t> shared;
+    for (std::int32_t id : noted) {
+        dao::Recordset left = on.Resume([&] {
+            return own.db.OpenRecordset("Select [Resource ID] From ResourcesOwners Where [Resource ID]=" +
+                                        std::to_string(id) + ";");
+        });
+        // Unless it is known that no link is left, the row stays.
+        if (!left || !on.Resume([&] { return left.IsEOF(); }, false)) shared.push_back(id);
         if (left) on.Do([&] { left.Close(); });
-        if (!shared) on.Do([&] { own.db.Execute("Delete from Resources Where [Resource ID]=" + id + ";"); });
     }
+    std::string unlinked;
+    for (std::int32_t id : noted)
+        if (std::find(shared.begin(), shared.end(), id) == shared.end())
+            unlinked += (unlinked.empty() ? "" : ",") + std::to_string(id);
+    if (!unlinked.empty())
+        on.Do([&] { own.db.Execute("Delete From Resources Where [Resource ID] In (" + unlinked + ");"); });
     return true;
 }
 

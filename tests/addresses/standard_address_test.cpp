@@ -95,6 +95,22 @@ TEST_F(AddressTest, ACycleInTheParentsEndsAtTheFirstNodeSeenTwice) {
     EXPECT_EQ(w.GetFullAddress(self), "st. Self");
 }
 
+TEST_F(AddressTest, WalksStayRightWhenTheRecordSetChangesUnderThem) {
+    int gone = Node(0, 0, "Gone");
+    int country = Node(0, 0, "Spain");
+    int city = Node(country, 2, "t. Madrid");
+    dao::Recordset rs = db_.OpenRecordset("PostAddresses");
+    walker_.SetRecordset(rs);
+    EXPECT_EQ(walker_.GetFullAddress(city), "Spain, t. Madrid");
+    // Every node moves up one place; a walk that trusted old places would
+    // read the wrong rows.
+    db_.Execute("Delete From PostAddresses Where [Address ID]=" + std::to_string(gone));
+    db_.Execute("Update PostAddresses Set Address=\"España\" Where [Address ID]=" + std::to_string(country));
+    rs.Requery();
+    EXPECT_EQ(walker_.GetFullAddress(city), "España, t. Madrid");
+    EXPECT_EQ(walker_.GetFullAddress(gone), "");
+}
+
 TEST_F(AddressTest, WalkerWithoutRecordSetOpensTheBookItself) {
     int city = Node(0, 2, "t. Self-made");
     StandardAddress w;
