@@ -308,6 +308,29 @@ void BM_LvwAddPersons2PhotoMode(benchmark::State& state) {
     }
 }
 
+// What each row of the photo list pays before its photo: the book opened.
+void BM_OpenBook(benchmark::State& state) {
+    for (auto _ : state) {
+        dao::Database db = DBEngine().OpenDatabase(DatabasePath(), false, false, "Access");
+        db.Close();
+    }
+}
+
+// And the photo itself: read, decoded at a reduced scale, shrunk into the box.
+void BM_LoadPersonPhoto(benchmark::State& state) {
+    ui::PictureBox picPhoto, scaled;
+    scaled.Width = 1395, scaled.Height = 1860;
+    dbPhoto photos;
+    photos.SetpicPhoto(&picPhoto);
+    photos.SetScaledPhoto(&scaled);
+    int id = 1;
+    for (auto _ : state) {
+        bool found = false;
+        photos.LoadPersonPhoto(id, found);
+        id = id % kListPersons + 1;
+    }
+}
+
 void BM_RawReadListPhotos(benchmark::State& state) {
     for (auto _ : state) {
         sqlite3* db = OpenRaw();
@@ -325,6 +348,48 @@ void BM_RawReadListPhotos(benchmark::State& state) {
     }
 }
 
+// The same reads with libjpeg-turbo decoding each photo at the scale the
+// list decodes at (the smallest that still covers the 93 x 124 box): the
+// floor of what a photo list can cost.
+void BM_RawReadDecodeListPhotos(benchmark::State& state) {
+    std::vector<std::uint8_t> row;
+    for (auto _ : state) {
+        sqlite3* db = OpenRaw();
+        sqlite3_stmt* st = nullptr;
+        Check(sqlite3_prepare_v2(db, "SELECT Photo FROM Photo WHERE \"Personal ID\"=?1 ORDER BY \"Photo ID\" DESC", -1, &st,
+                                 nullptr),
+              db, "prepare");
+        for (int id = 1; id <= kListPersons; ++id) {
+            sqlite3_bind_int(st, 1, id);
+            if (sqlite3_step(st) == SQLITE_ROW) {
+                jpeg_decompress_struct c{};
+                jpeg_error_mgr err{};
+                c.err = jpeg_std_error(&err);
+                jpeg_create_decompress(&c);
+                jpeg_mem_src(&c, static_cast<const unsigned char*>(sqlite3_column_blob(st, 0)),
+                             static_cast<unsigned long>(sqlite3_column_bytes(st, 0)));
+                jpeg_read_header(&c, TRUE);
+                for (unsigned denom = 8; denom >= 2; denom /= 2)
+                    if ((c.image_width + denom - 1) / denom >= 93 && (c.image_height + denom - 1) / denom >= 124) {
+                        c.scale_num = 1, c.scale_denom = denom;
+                        break;
+                    }
+                jpeg_start_decompress(&c);
+                row.resize(std::size_t(c.output_width) * c.output_components);
+                while (c.output_scanline < c.output_height) {
+                    JSAMPROW r = row.data();
+                    jpeg_read_scanlines(&c, &r, 1);
+                }
+                jpeg_finish_decompress(&c);
+                jpeg_destroy_decompress(&c);
+            }
+            sqlite3_reset(st);
+        }
+        sqlite3_finalize(st);
+        sqlite3_close(db);
+    }
+}
+
 }  // namespace
 
 BENCHMARK(BM_GetPhotoByEmail)->Unit(benchmark::kMicrosecond);
@@ -335,6 +400,9 @@ BENCHMARK(BM_RawSixLookups)->Unit(benchmark::kMicrosecond);
 BENCHMARK(BM_DeletePersonResources)->Unit(benchmark::kMicrosecond)->Iterations(200);
 BENCHMARK(BM_RawDeletePersonResources)->Unit(benchmark::kMicrosecond)->Iterations(200);
 BENCHMARK(BM_LvwAddPersons2PhotoMode)->Unit(benchmark::kMillisecond)->Iterations(3);
+BENCHMARK(BM_OpenBook)->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_LoadPersonPhoto)->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_RawReadDecodeListPhotos)->Unit(benchmark::kMillisecond)->Iterations(3);
 BENCHMARK(BM_RawReadListPhotos)->Unit(benchmark::kMillisecond)->Iterations(3);
 
 int main(int argc, char** argv) {

@@ -107,6 +107,11 @@ public:
     dao::Recordset& Recordset();
     void SetRecordset(dao::Recordset rs);
 
+    // The book LoadPersonPhoto reads through. Unset, each call opens the
+    // book and closes it again; a caller that loads many photos in a row
+    // (a person list) gives one open book for all of them.
+    void SetPhotoBook(dao::Database db) { photoBook_ = std::move(db); }
+
     // Draws the person's newest photo into the two boxes. Found is True when
     // there was one and it could be drawn; without one the boxes are empty
     // and ScaledPhoto shows its border.
@@ -128,6 +133,7 @@ private:
     ui::PictureBox* picPhoto_ = nullptr;
     ui::PictureBox* scaledPhoto_ = nullptr;
     dao::Database ownDb_;
+    dao::Database photoBook_;
     dao::Recordset rs_;
 };
 

@@ -261,7 +261,8 @@ void dbPhoto::LoadPersonPhoto(std::int32_t Personal_ID, bool& Found) {
             box->Image.reset();
         }
     if (!picPhoto_ || !scaledPhoto_) return;
-    dao::Database db = on.Resume([] { return OpenBook(); });
+    const bool ownBook = !photoBook_.IsOpen();
+    dao::Database db = ownBook ? on.Resume([] { return OpenBook(); }) : photoBook_;
     dao::Recordset rs;
     if (db.IsOpen()) rs = on.Resume([&] { return db.OpenRecordset(SqlPersonPhotos(Personal_ID)); });
     if (!HasRow(rs, on)) {
@@ -273,7 +274,7 @@ void dbPhoto::LoadPersonPhoto(std::int32_t Personal_ID, bool& Found) {
         Found = ShowScaled(pic ? std::make_shared<imaging::Picture>(std::move(*pic)) : nullptr);
     }
     if (rs) on.Do([&] { rs.Close(); });
-    if (db.IsOpen()) on.Do([&] { db.Close(); });
+    if (ownBook && db.IsOpen()) on.Do([&] { db.Close(); });
 }
 
 void dbPhoto::SetListIcons(ui::ListView& Lvw) {

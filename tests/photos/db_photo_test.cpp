@@ -285,6 +285,11 @@ TEST_F(DbPhotoTest, ListsShowPhotosOnlyInTheIconViewAndReadEachOnce) {
     std::vector<std::string> iconKeys;
     for (int i = 1; i <= lv.ListItems().Count(); ++i) iconKeys.push_back(lv.ListItems().Item(i).Icon().AsText());
     EXPECT_EQ(iconKeys, (std::vector<std::string>{"User", "User", "User", "ID_1"}));
+    // The fill let go of the book: it can be opened alone (as a compaction must).
+    rs.Close();
+    db_.Close();
+    EXPECT_NO_THROW(DBEngine().OpenDatabase(DatabasePath(), true).Close());
+    db_ = DBEngine().OpenDatabase(DatabasePath());
     ASSERT_TRUE(icons->ListImages().Exists("ID_1"));
     EXPECT_EQ(icons->ListImages().Item("ID_1").Picture->Width, 1395 / 15);
 
