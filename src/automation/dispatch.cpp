@@ -266,6 +266,12 @@ const std::vector<Entry>& Members() {
              b.rProjectCopied(v[0].text(), v[1].text(), v[2].boolean(), v[3].boolean());
              return Variant();
          }},
+        {{"ResourceExists", DispKind::Method,
+          {DispParam{"Owner_ID", T::Long}, DispParam{"OwnerType", T::Long}, DispParam{"resType", T::Long}}, T::Boolean, false,
+          "whether the owner has a resource of the kind (0 phone, 1 page, 2 e-mail, 4 ICQ)"},
+         [](cAddressbook& b, std::vector<Variant>& v, std::vector<DispObject>&) {
+             return Variant(b.ResourceExists(Long(v[0]), Long(v[1]), Long(v[2])));
+         }},
         // Properties.
         {{"rProject", DispKind::Property, {}, T::String, false, "the current project's path"}, nullptr,
          [](const cAddressbook& b) { return Variant(b.rProject); },
@@ -404,8 +410,14 @@ DispResult DispatchObject::Invoke(std::string_view name, std::vector<DispArg>& a
 
     DispResult result = cls.BindingOf(member).call(*this, values, objects);
 
-    for (size_t i = 0; i < params.size() && i < args.size(); ++i)
+    for (size_t i = 0; i < params.size() && i < args.size(); ++i) {
         if (params[i].byRef && params[i].type != DispType::Object && args[i].value) args[i].value = values[i];
+        // An object given back through a by-reference parameter (a picture
+        // a lookup found) reaches the caller's slot as a value would.
+        if (params[i].byRef && params[i].type == DispType::Object &&
+            std::holds_alternative<std::shared_ptr<DispatchObject>>(objects[i]))
+            args[i].object = objects[i];
+    }
     return result;
 }
 

@@ -2,12 +2,16 @@
 // public class joins by declaring the function that gives its descriptor and
 // adding it to the list (see src/automation/dispatch_table.h).
 #include "zelvo/dispatch.h"
+#include "zelvo/owner_classes.h"
 
 namespace zelvo {
 
 std::span<const DispClass* const> PublicClasses() {
     static const std::vector<const DispClass*> classes = {
         &cAddressbookClass(),
+        &dbPhotoClass(),
+        &AddressByOwnerClass(),
+        &AddressFieldsClass(),
     };
     return classes;
 }
