@@ -1,5 +1,6 @@
 #include "zelvo/addressbook.h"
 
+#include "personslist/frm_persons.h"
 #include "personslist/lvw_add_persons.h"
 #include "personslist/persons_query.h"
 #include "platform/core/error.h"
@@ -77,6 +78,23 @@ void cAddressbook::Navigate(ui::ListView* Listview1, ui::DataControl* /*DataPers
         if (rs.IsOpen()) rs.Close();
         if (db.IsOpen()) db.Close();
         Err().Clear();
+    }
+}
+
+void cAddressbook::ShowAddressBook() {
+    EnterCall();
+    PickPerson(rProject, InsArcPrj, 0, 0, false);
+}
+
+void cAddressbook::SpaceNavigate(std::int32_t SpaceID, std::int32_t spaceItemNumber) {
+    EnterCall();
+    std::string path = GetDatabasename();
+    CorrectDB(path);
+    switch (spaceItemNumber) {
+        case 3: PickPerson(rProject, InsArcPrj, 0, SpaceID, false); break;
+        // 1, the address window, and 2, the organization window, open here
+        // once those windows exist.
+        default: break;
     }
 }
 
