@@ -2,12 +2,11 @@
 // host program makes it, with the result printed as JSON.
 #include <filesystem>
 #include <iostream>
-#include <list>
-#include <map>
 
 #include "command.h"
 #include "control_json.h"
 #include "json_writer.h"
+#include "member_call.h"
 #include "platform/core/error.h"
 #include "platform/shell/shell_paths.h"
 #include "store/library_state.h"
@@ -64,33 +63,10 @@ constexpr std::string_view kUsage =
     "unknown member or property, a missing argument, or a value of the wrong\n"
     "type.\n";
 
-std::string Signature(const DispMember& m) {
-    std::string s = m.name;
-    if (m.kind == DispKind::Property) return s + " As " + DispTypeName(*m.result) + " (property)";
-    s += "(";
-    for (size_t i = 0; i < m.params.size(); ++i) {
-        const DispParam& p = m.params[i];
-        s += i ? ", " : "";
-        if (p.optional) s += "Optional ";
-        s += p.byRef ? "ByRef " : "";
-        s += p.name + " As " + DispTypeName(p.type);
-        if (p.defaultValue) s += " = " + JsonValue(*p.defaultValue);
-    }
-    s += ")";
-    if (m.result) s += " As " + std::string(DispTypeName(*m.result));
-    return s;
-}
-
 int ListMembers() {
     for (const DispMember& m : cAddressbookMembers())
         std::cout << Signature(m) << "\n    " << m.summary << "\n";
     return kExitOk;
-}
-
-// Numbers of the dispatch that mean the caller asked wrongly.
-bool IsUsageError(int number) {
-    return number == 438 || number == 449 || number == 450 || number == 13 || number == 6 || number == 94 ||
-           number == 424;
 }
 
 int RunCall(std::span<const std::string> args) {
@@ -126,65 +102,21 @@ int RunCall(std::span<const std::string> args) {
 
     cAddressbook book;
     book.AppPath = HostAppPath();
-    for (const auto& [name, value] : sets) {
-        const DispMember* p = FindcAddressbookMember(name);
-        if (!p || p->kind != DispKind::Property) return UsageError("call", "cAddressbook has no property '" + name + "'");
-        try {
-            SetProperty(book, name, Variant(value));
-        } catch (const Error& e) {
-            return UsageError("call", "--set " + name + ": '" + value + "' is no " + DispTypeName(*p->result) +
-                                          " (" + e.description() + ")");
-        }
-    }
+    for (const auto& [name, value] : sets)
+        if (std::string why = MemberCall::SetProperty(book, name, value); !why.empty()) return UsageError("call", why);
     {
         std::error_code ec;
         if (!book.AppPath.empty()) std::filesystem::create_directories(book.AppPath, ec);
     }
 
-    // The arguments: controls made here, values from the command line.
-    std::list<ui::ListView> lists;
-    std::list<ui::DataControl> datas;
-    std::vector<DispArg> dispArgs;
-    std::vector<std::pair<std::string, ui::ListView*>> listArgs;
-    std::vector<std::pair<std::string, ui::DataControl*>> dataArgs;
-    size_t next = 0;
-    if (member->kind == DispKind::Property) {
-        if (positional.size() > 1) return UsageError("call", "a property takes at most one value");
-        if (!positional.empty()) dispArgs.emplace_back(Variant(positional[0]));
-        next = positional.size();
-    }
-    for (const DispParam& p : member->params) {
-        if (p.type == DispType::Object) {
-            if (p.name.rfind("Data", 0) == 0) {
-                datas.emplace_back();
-                dataArgs.emplace_back(p.name, &datas.back());
-                dispArgs.emplace_back(&datas.back());
-            } else {
-                ui::ListView& lv = lists.emplace_back();
-                lv.SetView(ui::lvwReport);
-                for (const char* h : {"Name", "Type", "E-mail"}) lv.ColumnHeaders().Add(h);
-                listArgs.emplace_back(p.name, &lv);
-                dispArgs.emplace_back(&lv);
-            }
-        } else if (next < positional.size()) {
-            dispArgs.emplace_back(Variant(positional[next++]));
-        } else {
-            dispArgs.emplace_back();  // left out
-        }
-    }
-    if (next < positional.size())
-        return UsageError("call", memberName + " takes " + std::to_string(next) + " argument" +
-                                      (next == 1 ? "" : "s") + ", not " + std::to_string(positional.size()) +
-                                      ": " + Signature(*member));
-    // Trailing arguments that were left out are not passed at all.
-    while (!dispArgs.empty() && !dispArgs.back().value &&
-           std::holds_alternative<std::monostate>(dispArgs.back().object))
-        dispArgs.pop_back();
+    MemberCall call(*member);
+    if (std::string why = call.Prepare({positional.begin(), positional.end()}); !why.empty())
+        return UsageError("call", why);
 
     int reportsBefore = ShellPaths().ReportCount();
     Variant result;
     try {
-        result = Invoke(book, member->name, dispArgs);
+        result = call.Invoke(book);
     } catch (const Error& e) {
         if (IsUsageError(e.number()))
             return UsageError("call", e.description() + " (" + std::to_string(e.number()) + "): " + Signature(*member));
@@ -192,25 +124,7 @@ int RunCall(std::span<const std::string> args) {
         return kExitFailure;
     }
 
-    std::string json = "{\"result\": " + JsonValue(result) + ", \"byref\": {";
-    bool first = true;
-    for (size_t i = 0; i < member->params.size() && i < dispArgs.size(); ++i) {
-        const DispParam& p = member->params[i];
-        if (!p.byRef || p.type == DispType::Object || !dispArgs[i].value) continue;
-        json += (first ? "" : ", ") + JsonString(p.name) + ": " + JsonValue(*dispArgs[i].value);
-        first = false;
-    }
-    json += "}, \"rows\": {";
-    first = true;
-    for (const auto& [name, lv] : listArgs) {
-        json += (first ? "" : ", ") + JsonString(name) + ": " + ListRowsJson(*lv);
-        first = false;
-    }
-    for (const auto& [name, data] : dataArgs) {
-        json += (first ? "" : ", ") + JsonString(name) + ": " + DataRowsJson(*data);
-        first = false;
-    }
-    std::cout << json << "}}\n";
+    std::cout << "{" << call.ResultJson(result) << ", \"rows\": " << call.RowsJson() << "}\n";
     if (ShellPaths().ReportCount() > reportsBefore) {
         std::cerr << "zelvo call " << member->name << ": the call ended in an error (reported above)\n";
         return kExitFailure;

@@ -15,6 +15,7 @@ extern const Command kCorrectDbCommand;
 extern const Command kCompactCommand;
 extern const Command kCallCommand;
 extern const Command kListCommand;
+extern const Command kUiCommand;
 
 std::span<const Command> Commands() {
     static const std::vector<Command> table = {
@@ -25,6 +26,7 @@ std::span<const Command> Commands() {
         kVcardCommand,
         kCorrectDbCommand,
         kCompactCommand,
+        kUiCommand,
     };
     return table;
 }
