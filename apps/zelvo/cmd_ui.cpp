@@ -8,6 +8,7 @@
 #include "json_writer.h"
 #include "member_call.h"
 #include "platform/core/error.h"
+#include "platform/shell/desktop_services.h"
 #include "script_host.h"
 #include "store/library_state.h"
 #include "ui_script.h"
@@ -139,6 +140,14 @@ int RunUi(std::span<const std::string> args) {
 
     ScriptUiHost host(*script, std::cout, std::cerr);
     ui::UiHost* previous = ui::SetUiHost(&host);
+    // The desktop's programs are not started; each call is printed instead.
+    shell::RecordingDesktopServices desktop;
+    desktop.onCall = [&host](const shell::RecordingDesktopServices::Call& call) {
+        std::string json = "{\"shell\": {\"action\": " + JsonString(call.action);
+        for (const auto& [name, value] : call.fields) json += ", " + JsonString(name) + ": " + JsonString(value);
+        host.Print(json + "}}");
+    };
+    shell::DesktopServices* previousDesktop = shell::SetDesktopServices(&desktop);
     int reportsBefore = ShellPaths().ReportCount();
     Variant result;
     int status = kExitOk;
@@ -155,6 +164,7 @@ int RunUi(std::span<const std::string> args) {
         }
     }
     ui::SetUiHost(previous);
+    shell::SetDesktopServices(previousDesktop);
     if (status != kExitOk) return status;
 
     host.Print("{" + call.ResultJson(result) + "}");

@@ -1,5 +1,6 @@
 #include "zelvo/addressbook.h"
 
+#include "hostservices/shell_actions.h"
 #include "personslist/frm_persons.h"
 #include "personslist/lvw_add_persons.h"
 #include "personslist/persons_query.h"
@@ -88,6 +89,7 @@ void cAddressbook::ShowAddressBook() {
 
 void cAddressbook::SpaceNavigate(std::int32_t SpaceID, std::int32_t spaceItemNumber) {
     EnterCall();
+    SharedMailSettings().SetAppPath(shell::ProgramFolder());
     std::string path = GetDatabasename();
     CorrectDB(path);
     switch (spaceItemNumber) {

@@ -1,6 +1,7 @@
 #include "personslist/frm_persons.h"
 
 #include "hostservices/lng_text.h"
+#include "hostservices/shell_actions.h"
 #include "personslist/lvw_add_persons.h"
 #include "personslist/persons_query.h"
 #include "platform/core/error.h"
@@ -143,6 +144,8 @@ void frmPersons::WireEvents() {
     LvwUser.OnItemClick = [this](ui::ListItem& item) { LvwUser_ItemClick(item); };
     cmdOK.OnClick = [this] { cmdOK_Click(); };
     cmdCancel.OnClick = [this] { cmdCancel_Click(); };
+    cmdLetter.OnClick = [this] { cmdLetter_Click(); };
+    cmdGoWeb.OnClick = [this] { cmdGoWeb_Click(); };
 }
 
 void frmPersons::LocalizeControls() {
@@ -363,8 +366,33 @@ void frmPersons::tbPrj_ButtonClick(const std::string& key) {
 }
 
 void frmPersons::Toolbar1_ButtonClick(const std::string& key) {
-    if (key == "Refresh") Navigate();
-    else if (key == "Exit") Hide();
+    if (key == "Refresh") {
+        Navigate();
+    } else if (key == "Exit") {
+        Hide();
+    } else if (key == "Help") {
+        ShowHelp("frmMain.HTM");
+    } else if (key == "mPack") {
+        // The correspondence view gets the whole view: person, filter,
+        // project and side.
+        std::int32_t id = 0;
+        if (ui::ListItem* item = LvwUser.SelectedItem()) id = ValueConv::ToLong(item->Tag());
+        StartLauncher({std::to_string(id), "0", std::to_string(PrjFilter), txtPrj.Text(), InsArcPrj ? "1" : "0", "0"},
+                      AppPath);
+    }
+}
+
+void frmPersons::cmdLetter_Click() {
+    if (lvwEmail.ListItems().Count() == 0) return;
+    ui::ListItem* item = lvwEmail.SelectedItem();
+    if (!item) return;
+    // The side is that of the folder the shell shows, not the window's.
+    bool inArchive = ShellPaths().IsArchivePath(ShellPaths().GetCurrentFolder());
+    MailAction(item->Text(), AppPath, rProject, inArchive);
+}
+
+void frmPersons::cmdGoWeb_Click() {
+    if (ui::ListItem* item = lvwWeb.SelectedItem()) OpenPage(item->Text());
 }
 
 void frmPersons::LvwUser_ItemClick(ui::ListItem&) {

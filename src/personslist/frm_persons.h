@@ -68,6 +68,8 @@ public:
     void LvwUser_ItemClick(ui::ListItem& item);
     void cmdOK_Click();
     void cmdCancel_Click();
+    void cmdLetter_Click();
+    void cmdGoWeb_Click();
 
     // ---- Controls
     ui::ListView LvwUser;
