@@ -10,44 +10,18 @@
 #include <string>
 #include <vector>
 
+#include "support/run_program.h"
 #include "support/temp_dir.h"
 
 namespace zelvo::testing {
 namespace {
-
-struct Outcome {
-    int status = -1;
-    std::string out;
-    std::string err;
-};
-
-std::string Quote(const std::string& s) {
-    std::string q = "'";
-    for (char c : s) q += c == '\'' ? std::string("'\\''") : std::string(1, c);
-    return q + "'";
-}
 
 class CliTest : public ::testing::Test {
 protected:
     std::string app() const { return dir_.File("app"); }
 
     Outcome Zelvo(const std::vector<std::string>& args) {
-        std::string cmd = Quote(std::string(ZELVO_BIN_DIR) + "/zelvo");
-        for (const auto& a : args) cmd += " " + Quote(a);
-        std::string errFile = dir_.File("stderr.txt");
-        cmd += " 2>" + Quote(errFile) + " </dev/null";
-        Outcome r;
-        FILE* p = popen(cmd.c_str(), "r");
-        if (!p) return r;
-        char buf[4096];
-        for (size_t n; (n = fread(buf, 1, sizeof buf, p)) > 0;) r.out.append(buf, n);
-        int st = pclose(p);
-        r.status = WIFEXITED(st) ? WEXITSTATUS(st) : -1;
-        std::ifstream e(errFile);
-        std::stringstream ss;
-        ss << e.rdbuf();
-        r.err = ss.str();
-        return r;
+        return RunProgram(std::string(ZELVO_BIN_DIR) + "/zelvo", args, dir_.File("stderr.txt"));
     }
 
     void Sql(const std::string& statement) {
