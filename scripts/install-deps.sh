@@ -16,6 +16,8 @@ packages=(
   libjpeg-turbo-progs           # cjpeg/djpeg: reference encoder and decoder
   python3-vobject libez-vcard-java default-jre-headless  # independent vCard parsers
   libvinnie-java default-jdk-headless  # ez-vcard's line parser; javac builds the vCard checker
+  # the desktop host; its tests draw offscreen and need a font
+  qt6-base-dev fonts-dejavu-core
 )
 
 missing=()
