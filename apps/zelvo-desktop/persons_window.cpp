@@ -103,8 +103,6 @@ std::unique_ptr<QWidget> MakePersonsWindow(ui::Form& form) {
     persons->setModel(personsModel);
     persons->setUniformItemSizes(true);
     persons->setSelectionMode(QAbstractItemView::ExtendedSelection);
-    persons->setLayoutMode(QListView::Batched);
-    persons->setBatchSize(500);
     personsModel->BindSelection(persons->selectionModel());
 
     auto* tabs = Named(new QTabWidget(split), "SSTab1");
