@@ -19,6 +19,8 @@ packages=(
   mdbtools                      # mdb-count, mdb-export: the reference for converted Jet files
   python3-vobject libez-vcard-java default-jre-headless  # independent vCard parsers
   libvinnie-java default-jdk-headless  # ez-vcard's line parser; javac builds the vCard checker
+  # the desktop host; its tests draw offscreen and need a font
+  qt6-base-dev fonts-dejavu-core
 )
 
 missing=()

@@ -4,7 +4,7 @@
 
 namespace zelvo::cli {
 
-std::string ListRowsJson(const ui::ListView& list) {
+std::string ListRowsJson(const ui::ListView& list, bool withSelection) {
     std::string out = "[";
     for (int i = 1; i <= list.ListItems().Count(); ++i) {
         const ui::ListItem& item = list.ListItems().Item(i);
@@ -15,7 +15,9 @@ std::string ListRowsJson(const ui::ListView& list) {
         // Every column of the list beyond the first, set or not.
         for (int n = 1; n < list.ColumnHeaders().Count(); ++n)
             out += (n > 1 ? ", " : "") + JsonString(item.SubItems(n));
-        out += "]}";
+        out += "]";
+        if (withSelection) out += std::string(", \"selected\": ") + (item.Selected() ? "true" : "false");
+        out += "}";
     }
     return out + "]";
 }

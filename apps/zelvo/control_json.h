@@ -9,8 +9,9 @@
 namespace zelvo::cli {
 
 // [{"tag": 1, "text": "…", "icon": "User", "smallIcon": "User",
-//   "subItems": ["…", …]}, …] in the order of the list.
-std::string ListRowsJson(const ui::ListView& list);
+//   "subItems": ["…", …]}, …] in the order of the list; with
+// `withSelection` each row also tells "selected": true/false.
+std::string ListRowsJson(const ui::ListView& list, bool withSelection = false);
 
 // The records of a data control's record set from the first, each as an
 // object of its fields: [{"FirstName": "…", …}, …]; [] when it has none.

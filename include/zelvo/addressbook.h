@@ -113,6 +113,19 @@ public:
     // book cannot be read.
     bool ResourceExists(std::int32_t Owner_ID, std::int32_t OwnerType, std::int32_t resType);
 
+    // Opens the address book window on the object's project and side
+    // (NoPrj when rProject is empty, else that project) and returns when the
+    // person has closed it. The host's UiHost runs the window. Expects a book
+    // already through CorrectDB; a book that cannot be opened shows an
+    // empty list and one report.
+    void ShowAddressBook();
+
+    // Opens one of the library's windows inside a space of the shell, the
+    // window keeping `SpaceID` as its property "Space ID": 3 the address
+    // book window. Corrects the book first. Returns when the window is
+    // closed; an item number without a window does nothing more.
+    void SpaceNavigate(std::int32_t SpaceID, std::int32_t spaceItemNumber = 0);
+
     // Navigate's office objects (organizations and subdivisions: owner type
     // 1; job titles: 2; employees: 4) are listed by the organizations part of
     // the library, which installs this. Returns the previous one.

@@ -1,5 +1,7 @@
 #include "zelvo/addressbook.h"
 
+#include "hostservices/shell_actions.h"
+#include "personslist/frm_persons.h"
 #include "personslist/lvw_add_persons.h"
 #include "personslist/persons_query.h"
 #include "platform/core/error.h"
@@ -84,6 +86,24 @@ void cAddressbook::Navigate(ui::ListView* Listview1, ui::DataControl* /*DataPers
 bool cAddressbook::ResourceExists(std::int32_t Owner_ID, std::int32_t OwnerType, std::int32_t resType) {
     EnterCall();
     return OwnerHasResource(Owner_ID, OwnerType, resType);
+}
+
+void cAddressbook::ShowAddressBook() {
+    EnterCall();
+    PickPerson(rProject, InsArcPrj, 0, 0, false);
+}
+
+void cAddressbook::SpaceNavigate(std::int32_t SpaceID, std::int32_t spaceItemNumber) {
+    EnterCall();
+    SharedMailSettings().SetAppPath(shell::ProgramFolder());
+    std::string path = GetDatabasename();
+    CorrectDB(path);
+    switch (spaceItemNumber) {
+        case 3: PickPerson(rProject, InsArcPrj, 0, SpaceID, false); break;
+        // 1, the address window, and 2, the organization window, open here
+        // once those windows exist.
+        default: break;
+    }
 }
 
 }  // namespace zelvo

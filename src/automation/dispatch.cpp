@@ -272,6 +272,20 @@ const std::vector<Entry>& Members() {
          [](cAddressbook& b, std::vector<Variant>& v, std::vector<DispObject>&) {
              return Variant(b.ResourceExists(Long(v[0]), Long(v[1]), Long(v[2])));
          }},
+        {{"ShowAddressBook", DispKind::Method, {}, std::nullopt, false,
+          "opens the address book window and waits until it is closed"},
+         [](cAddressbook& b, std::vector<Variant>&, std::vector<DispObject>&) {
+             b.ShowAddressBook();
+             return Variant();
+         }},
+        {{"SpaceNavigate", DispKind::Method,
+          {{"SpaceID", T::Long, false, false, std::nullopt},
+           Opt({"spaceItemNumber", T::Long, false, false, std::nullopt}, Variant(std::int64_t{0}))},
+          std::nullopt, false, "opens a window in a space of the shell: 3 the address book window"},
+         [](cAddressbook& b, std::vector<Variant>& v, std::vector<DispObject>&) {
+             b.SpaceNavigate(Long(v[0]), Long(v[1]));
+             return Variant();
+         }},
         // Properties.
         {{"rProject", DispKind::Property, {}, T::String, false, "the current project's path"}, nullptr,
          [](const cAddressbook& b) { return Variant(b.rProject); },

@@ -1,0 +1,171 @@
+// The desktop host under Qt's offscreen platform: the address book window on
+// a small book, driven through its widgets as a person would.
+#include <gtest/gtest.h>
+
+#include <QAbstractItemView>
+#include <QAction>
+#include <QApplication>
+#include <QImage>
+#include <QLineEdit>
+#include <QListView>
+#include <QPushButton>
+#include <QToolBar>
+#include <filesystem>
+#include <functional>
+
+#include "personslist/frm_persons.h"
+#include "qt_ui_host.h"
+#include "store/library_state.h"
+#include "support/book_fixture.h"
+#include "support/run_program.h"
+#include "support/temp_dir.h"
+
+namespace zelvo::testing {
+namespace {
+
+// One application for the whole program, on the offscreen platform.
+QApplication& App() {
+    static int argc = 1;
+    static char name[] = "desktop_tests";
+    static char* argv[] = {name, nullptr};
+    static QApplication* app = [] {
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+        return new QApplication(argc, argv);
+    }();
+    return *app;
+}
+
+// How many pixels of `rect` differ from its first pixel: text drawn there
+// makes many, an empty row none.
+int InkIn(const QImage& image, const QRect& rect) {
+    QRect r = rect.intersected(image.rect());
+    if (r.isEmpty()) return 0;
+    QRgb background = image.pixel(r.right() - 1, r.top() + r.height() / 2);
+    int ink = 0;
+    for (int y = r.top(); y <= r.bottom(); ++y)
+        for (int x = r.left(); x <= r.right(); ++x)
+            if (image.pixel(x, y) != background) ++ink;
+    return ink;
+}
+
+QAction* ToolbarAction(QWidget& window, const char* bar, const char* key) {
+    auto* tb = window.findChild<QToolBar*>(bar);
+    if (!tb) return nullptr;
+    for (QAction* a : tb->actions())
+        if (a->objectName() == key) return a;
+    return nullptr;
+}
+
+class DesktopWindowTest : public ::testing::Test {
+protected:
+    // The sample book: 1 "Иванов Иван" in "A" and "A\B", 2 "Smith" in
+    // "AB", 3 with no name and no project, 4 "Archive Person" archived.
+    void SetUp() override {
+        App();
+        saved_ = AppPath;
+        AppPath = dir_.path().string();
+        CreateSampleBook(DatabasePath()).Close();
+        previous_ = ui::SetUiHost(&host_);
+    }
+    void TearDown() override {
+        ui::SetUiHost(previous_);
+        AppPath = saved_;
+    }
+
+    // What the person does in the next window. A window the body leaves
+    // open (a failed assertion returns early) is closed, so a test never
+    // waits for a person who is not there.
+    void Drive(std::function<void(ui::Form&, QWidget&)> body) {
+        host_.onWindowShown = [body](ui::Form& form, QWidget& window) {
+            body(form, window);
+            if (form.Visible()) form.Unload();
+        };
+    }
+
+    TempDir dir_;
+    std::string saved_;
+    desktop::QtUiHost host_;
+    ui::UiHost* previous_ = nullptr;
+};
+
+TEST_F(DesktopWindowTest, TheWindowShowsItsRowsAndAToolbarKeyChangesThem) {
+    bool ran = false;
+    Drive([&](ui::Form& form, QWidget& window) {
+        ran = true;
+        auto* persons = window.findChild<QListView*>("LvwUser");
+        ASSERT_NE(persons, nullptr);
+        ASSERT_EQ(persons->model()->rowCount(), 1);  // the project "AB": Smith
+        EXPECT_EQ(persons->model()->index(0, 0).data().toString(), "Smith");
+        EXPECT_EQ(window.findChild<QLineEdit*>("txtPrj")->text(), "AB");
+        EXPECT_EQ(window.windowTitle(), "Address Book");
+
+        QAction* all = ToolbarAction(window, "tbPrj", "AllPersons");
+        ASSERT_NE(all, nullptr);
+        all->trigger();
+        EXPECT_EQ(persons->model()->rowCount(), 2);
+        EXPECT_TRUE(all->isChecked());
+        EXPECT_FALSE(ToolbarAction(window, "tbPrj", "CurPrj")->isChecked());
+        EXPECT_EQ(window.findChild<QLineEdit*>("txtPrj")->text(), "");
+
+        ToolbarAction(window, "tbPrj", "Projects")->trigger();
+        ASSERT_EQ(persons->model()->rowCount(), 1);
+        EXPECT_EQ(persons->model()->index(0, 0).data().toString(), "Archive Person");
+        ToolbarAction(window, "tbPrj", "Projects")->trigger();
+
+        // The picture of the window shows the rows' text.
+        QCoreApplication::processEvents();
+        QImage shot = window.grab().toImage();
+        std::string file = std::string(ZELVO_TEST_OUTPUT) + "/persons_window.png";
+        EXPECT_TRUE(shot.save(QString::fromStdString(file), "PNG")) << file;
+        QRect firstRow = persons->visualRect(persons->model()->index(0, 0));
+        QPoint at = persons->viewport()->mapTo(&window, firstRow.topLeft());
+        EXPECT_GT(InkIn(shot, QRect(at, firstRow.size())), 30) << "no text in the first row of " << file;
+        QRect belowRows = persons->visualRect(persons->model()->index(1, 0));
+        belowRows.translate(0, belowRows.height() * 2);
+        EXPECT_EQ(InkIn(shot, QRect(persons->viewport()->mapTo(&window, belowRows.topLeft()), belowRows.size())), 0);
+
+        // Closed by its frame.
+        window.close();
+        EXPECT_TRUE(form.Unloaded());
+    });
+    EXPECT_EQ(PickPerson("AB", false, 0, 0, false), 0);
+    EXPECT_TRUE(ran);
+}
+
+TEST_F(DesktopWindowTest, APersonsSelectionInTheViewIsTheOneOKGives) {
+    Drive([&](ui::Form& form, QWidget& window) {
+        auto* persons = window.findChild<QListView*>("LvwUser");
+        ASSERT_NE(persons, nullptr);
+        ToolbarAction(window, "tbPrj", "AllPersons")->trigger();
+        ASSERT_EQ(persons->model()->rowCount(), 2);
+        // The window selected the first row; the person clicks the second.
+        EXPECT_TRUE(persons->selectionModel()->isRowSelected(0, {}));
+        persons->selectionModel()->setCurrentIndex(persons->model()->index(1, 0),
+                                                   QItemSelectionModel::ClearAndSelect);
+        auto& f = static_cast<frmPersons&>(form);
+        EXPECT_EQ(f.Personal_ID(), 1);
+        window.findChild<QPushButton*>("cmdOK")->click();
+    });
+    EXPECT_EQ(PickPerson("", false, 0, 0, false), 1);
+}
+
+TEST_F(DesktopWindowTest, TheProgramWritesItsScreenshotAndExits) {
+    std::string png = dir_.File("shot.png");
+    Outcome r = RunProgram(std::string(ZELVO_BIN_DIR) + "/zelvo-desktop",
+                           {"--app-path", dir_.path().string(), "--screenshot", png}, dir_.File("stderr.txt"),
+                           "QT_QPA_PLATFORM=offscreen");
+    ASSERT_EQ(r.status, 0) << r.err;
+    QImage image(QString::fromStdString(png));
+    ASSERT_FALSE(image.isNull());
+    EXPECT_GT(image.width(), 300);
+    EXPECT_GT(image.height(), 200);
+
+    r = RunProgram(std::string(ZELVO_BIN_DIR) + "/zelvo-desktop",
+                   {"--app-path", dir_.path().string(), "--screenshot", dir_.File("no/such/folder/x.png")},
+                   dir_.File("stderr.txt"), "QT_QPA_PLATFORM=offscreen");
+    EXPECT_EQ(r.status, 1);
+    EXPECT_NE(r.err.find("cannot write"), std::string::npos) << r.err;
+}
+
+}  // namespace
+}  // namespace zelvo::testing
