@@ -4,6 +4,8 @@
 #include <filesystem>
 #include <fstream>
 #include <iostream>
+#include <list>
+#include <map>
 
 #include "command.h"
 #include "control_json.h"
