@@ -288,6 +288,28 @@ TEST_F(JetFileTest, LaterAccessFormatIsRefusedWithAClearError) {
     ExpectRefused(later, dir_.File("book.mdb"), "Access 2007 or later");
 }
 
+TEST_F(JetFileTest, ValueThatDoesNotFitIsRefusedNamingTableAndRow) {
+    NEEDS_GENUINE_JET();
+    // DateTest.ShortTextCol declared Text(2) instead of Text(255): its texts
+    // no longer fit. The size is a UCS-2 byte count in the column's entry of
+    // the table's definition page.
+    std::string bytes = ReadFile(SharedJetFile("DateTestDatabase.mdb"));
+    const size_t sizeAt = 18 * 4096 + 188 + 23;
+    ASSERT_EQ(bytes.substr(sizeAt - 23, 1), "\x0a");
+    ASSERT_EQ(bytes.substr(sizeAt, 2), "\xfe\x01");
+    bytes.replace(sizeAt, 2, std::string("\x04\x00", 2));
+    const std::string source = dir_.File("narrow.mdb"), destination = dir_.File("book.mdb");
+    std::ofstream(source, std::ios::binary) << bytes;
+    try {
+        Engine().CompactDatabase(source, destination);
+        ADD_FAILURE() << "converted";
+    } catch (const Error& e) {
+        EXPECT_NE(e.description().find("table 'DateTest', row 1: "), std::string::npos) << e.description();
+        EXPECT_NE(e.description().find(source), std::string::npos) << e.description();
+    }
+    EXPECT_FALSE(std::filesystem::exists(destination));
+}
+
 TEST_F(JetFileTest, TruncatedOrDamagedFilesAreRefusedOrReadWhole) {
     NEEDS_GENUINE_JET();
     const std::string whole = ReadFile(SharedJetFile("nwind.mdb"));

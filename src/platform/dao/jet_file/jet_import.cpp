@@ -66,6 +66,11 @@ void ImportJetFile(const std::string& source, const std::string& destination) {
     JetFileReader reader = JetFileReader::Open(source);
     Database db = Engine().CreateDatabase(destination);
     try {
+        // One transaction for the tables and all rows: far faster than one a
+        // table and row (each would wait for the disk), and a conversion cut
+        // off leaves an empty book rather than part of one.
+        detail::Connection& c = *db.connection();
+        c.ExecRaw("BEGIN IMMEDIATE");
         for (const JetTable& t : reader.Tables()) {
             try {
                 MakeTable(db, t);
@@ -73,10 +78,6 @@ void ImportJetFile(const std::string& source, const std::string& destination) {
                 throw At(e, "table '" + t.name + "'");
             }
         }
-        // One transaction for all rows: far faster than one a row, and a
-        // conversion cut off leaves no rows at all rather than some.
-        detail::Connection& c = *db.connection();
-        c.ExecRaw("BEGIN IMMEDIATE");
         for (size_t i = 0; i < reader.Tables().size(); ++i) CopyRows(c, reader, i);
         c.ExecRaw("COMMIT");
         c.SchemaChanged();
