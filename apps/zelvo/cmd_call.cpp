@@ -58,6 +58,8 @@ constexpr std::string_view kUsage =
     "  zelvo call Navigate --set 'rProject=A\\B'\n"
     "  zelvo call Navigate --set Flags=1 --set Flags2=1\n"
     "  zelvo call GetDatabasename --app-path /tmp/book\n"
+    "  zelvo call MoveABObject2 1 0 \"\" False 'A\\B' False   (file person 1 into A\\B)\n"
+    "  zelvo call rProjectMoved 'A' False 'C' False         (folder A became C)\n"
     "\n"
     "Exit status: 0 done; 1 the call failed or the member reported an error\n"
     "(the report is on stderr; the JSON is still printed); 2 bad usage: an\n"
