@@ -77,6 +77,8 @@ constexpr std::string_view kUsage =
     "  zelvo call GetDatabasename --app-path /tmp/book\n"
     "  zelvo call --class AddressByOwner InitDB --then SelectOwner 5 0 --then AddressFields\n"
     "  zelvo call --class dbPhoto GetPhotoByEmail anna@example.org --save-picture anna.png\n"
+    "  zelvo call MoveABObject2 1 0 \"\" False 'A\\B' False   (file person 1 into A\\B)\n"
+    "  zelvo call rProjectMoved 'A' False 'C' False         (folder A became C)\n"
     "\n"
     "Exit status: 0 done; 1 a call failed or a member reported an error (the\n"
     "report is on stderr; the JSON is still printed); 2 bad usage: an unknown\n"

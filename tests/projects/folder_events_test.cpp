@@ -94,6 +94,23 @@ TEST_F(FolderEventsTest, APathTooLongForTheColumnChangesNoRow) {
     EXPECT_EQ(Rows(), before);
 }
 
+// A book someone holds alone: the move and the delete raise the engine's
+// error to the host, the copy reports it, the membership calls pass over it.
+TEST_F(FolderEventsTest, ABookHeldElsewhereFailsInEachMembersOwnStyle) {
+    auto before = Rows();
+    dao::Database holder = dao::Engine().OpenDatabase(dir_.File("AddressBookW.mdb"), true);
+    EXPECT_NE(ErrorNumberOf([&] { book_.rProjectMoved("A", false, "C", false); }), 0);
+    EXPECT_NE(ErrorNumberOf([&] { book_.rProjectDeleted("A", false, 1); }), 0);
+    int reports = ShellPaths().ReportCount();
+    std::string from = "A", to = "C";
+    bool live = false;
+    EXPECT_EQ(ErrorNumberOf([&] { book_.FolderCopy(nullptr, nullptr, from, to, live, live); }), 0);
+    EXPECT_EQ(ShellPaths().ReportCount(), reports + 1);
+    EXPECT_EQ(ErrorNumberOf([&] { book_.PrjArcPrj(1, nullptr, nullptr, live); }), 0);
+    holder.Close();
+    EXPECT_EQ(Rows(), before);
+}
+
 // Quotes and wildcards in the moved path mean only themselves.
 TEST_F(FolderEventsTest, PathsWithQuotesAndWildcardsMoveOnlyTheirOwnRows) {
     Add(6, 0, "Say \"hi\"\\x");
