@@ -20,13 +20,7 @@ namespace {
 
 [[noreturn]] void Raise(int number, const std::string& text) { throw Error(number, text, "Zelvolib"); }
 
-bool SameName(std::string_view a, std::string_view b) {
-    if (a.size() != b.size()) return false;
-    for (size_t i = 0; i < a.size(); ++i)
-        if (std::tolower(static_cast<unsigned char>(a[i])) != std::tolower(static_cast<unsigned char>(b[i])))
-            return false;
-    return true;
-}
+bool SameName(std::string_view a, std::string_view b) { return SameDispName(a, b); }
 
 std::string Trim(std::string_view s) {
     size_t b = s.find_first_not_of(" \t\r\n");
@@ -171,6 +165,14 @@ const DispMember& MemberOf(const DispClass& cls, std::string_view name, bool pro
 constexpr std::string_view kLibraryPrefix = "Zelvolib.";
 
 }  // namespace
+
+bool SameDispName(std::string_view a, std::string_view b) {
+    if (a.size() != b.size()) return false;
+    for (size_t i = 0; i < a.size(); ++i)
+        if (std::tolower(static_cast<unsigned char>(a[i])) != std::tolower(static_cast<unsigned char>(b[i])))
+            return false;
+    return true;
+}
 
 const char* DispTypeName(DispType type) {
     switch (type) {
