@@ -16,6 +16,8 @@
 #include <pybind11/pybind11.h>
 #include <pybind11/stl.h>
 
+#include <unordered_map>
+
 #include "python_values.h"
 #include "zelvo/data_control.h"
 #include "zelvo/dispatch.h"
@@ -42,14 +44,6 @@ std::string Where(const DispatchObject& object, const std::string& member) {
     return object.Class().Name() + "." + member;
 }
 
-bool SameName(const std::string& a, const std::string& b) {
-    if (a.size() != b.size()) return false;
-    for (size_t i = 0; i < a.size(); ++i)
-        if (std::tolower(static_cast<unsigned char>(a[i])) != std::tolower(static_cast<unsigned char>(b[i])))
-            return false;
-    return true;
-}
-
 // Calls method `member` of `object` with Python's positional and keyword
 // arguments, each converted for its parameter.
 py::object CallMethod(const std::shared_ptr<DispatchObject>& object, const DispMember& member, const py::args& args,
@@ -65,7 +59,7 @@ py::object CallMethod(const std::shared_ptr<DispatchObject>& object, const DispM
     for (const auto& [key, value] : kwargs) {
         std::string name = py::str(key);
         size_t i = 0;
-        while (i < params.size() && !SameName(params[i].name, name)) ++i;
+        while (i < params.size() && !SameDispName(params[i].name, name)) ++i;
         if (i == params.size()) throw py::type_error(where + " has no argument named '" + name + "'");
         if (i < args.size()) throw py::type_error(where + " got argument '" + params[i].name + "' twice");
         if (dispArgs.size() <= i) dispArgs.resize(i + 1);
@@ -98,7 +92,24 @@ const DispMember& FindMember(const DispatchObject& object, const std::string& na
     return *member;
 }
 
-py::object GetAttribute(const std::shared_ptr<DispatchObject>& object, const std::string& name) {
+// The method `member` as a Python function of (self, *args, **kwargs), made
+// once per member: an attribute access then only binds it to the object.
+py::object MethodFunction(const DispMember& member) {
+    // Kept for the life of the process: freeing Python objects after the
+    // interpreter has ended would crash at exit.
+    static auto& made = *new std::unordered_map<const DispMember*, py::object>;
+    auto found = made.find(&member);
+    if (found != made.end()) return found->second;
+    py::cpp_function function(
+        [&member](const std::shared_ptr<DispatchObject>& self, const py::args& args, const py::kwargs& kwargs) {
+            return CallMethod(self, member, args, kwargs);
+        },
+        py::name(member.name.c_str()), py::doc(member.summary.c_str()));
+    return made.emplace(&member, std::move(function)).first->second;
+}
+
+py::object GetAttribute(const py::object& self, const std::string& name) {
+    auto object = self.cast<std::shared_ptr<DispatchObject>>();
     const DispMember& member = FindMember(*object, name);
     if (member.kind == DispKind::Property) {
         try {
@@ -107,12 +118,7 @@ py::object GetAttribute(const std::shared_ptr<DispatchObject>& object, const std
             RaisePython(e, Where(*object, member.name));
         }
     }
-    py::cpp_function method(
-        [object, &member](const py::args& args, const py::kwargs& kwargs) {
-            return CallMethod(object, member, args, kwargs);
-        },
-        py::name(member.name.c_str()), py::doc(member.summary.c_str()));
-    return method;
+    return py::reinterpret_steal<py::object>(PyMethod_New(MethodFunction(member).ptr(), self.ptr()));
 }
 
 void SetAttribute(const std::shared_ptr<DispatchObject>& object, const std::string& name, const py::handle& value) {
@@ -156,8 +162,7 @@ PYBIND11_MODULE(zelvo, m) {
     py::class_<DispatchObject, std::shared_ptr<DispatchObject>>(m, "Object",
                                                                  "An object of one of the library's public classes.")
         .def_property_readonly("class_name", [](const DispatchObject& o) { return o.Class().Name(); })
-        .def("__getattr__",
-             [](const std::shared_ptr<DispatchObject>& o, const std::string& name) { return GetAttribute(o, name); })
+        .def("__getattr__", [](const py::object& self, const std::string& name) { return GetAttribute(self, name); })
         .def("__setattr__", [](const std::shared_ptr<DispatchObject>& o, const std::string& name,
                                const py::handle& value) { SetAttribute(o, name, value); })
         .def("__dir__",

@@ -32,10 +32,12 @@ public:
 
     DataControl();
     ~DataControl();
-    // A copy shares the open book and record set, as two references to one
-    // control would.
+    // A copy is a new control with the same properties: it opens its own
+    // book and record set at its first Refresh, and has no observers.
     DataControl(const DataControl& other);
     DataControl& operator=(const DataControl& other);
+    DataControl(DataControl&&) noexcept;
+    DataControl& operator=(DataControl&&) noexcept;
 
     // Opens the book (once for a name; a new name opens the new book) and
     // the record source as a fresh record set. Errors of the engine (3024

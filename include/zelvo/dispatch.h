@@ -182,6 +182,10 @@ private:
     std::shared_ptr<T> object_;
 };
 
+// Whether two names of classes, members or parameters are the same name:
+// they compare without regard to case, as every lookup here does.
+ZELVO_EXPORT bool SameDispName(std::string_view a, std::string_view b);
+
 // The public classes, in the order they were registered.
 ZELVO_EXPORT std::span<const DispClass* const> PublicClasses();
 // The class of that name, without regard to case; the type library's prefix

@@ -323,6 +323,14 @@ constexpr std::string_view kLibraryPrefix = "Zelvolib.";
 
 }  // namespace
 
+bool SameDispName(std::string_view a, std::string_view b) {
+    if (a.size() != b.size()) return false;
+    for (size_t i = 0; i < a.size(); ++i)
+        if (std::tolower(static_cast<unsigned char>(a[i])) != std::tolower(static_cast<unsigned char>(b[i])))
+            return false;
+    return true;
+}
+
 const char* DispTypeName(DispType type) {
     switch (type) {
         case DispType::Long: return "Long";

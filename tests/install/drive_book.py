@@ -42,6 +42,13 @@ def expect_error(what, number, call, kind=None):
 check("module from the prefix", os.path.realpath(zelvo.__file__).startswith(os.path.realpath(prefix)))
 check("every class creatable", all(zelvo.create(name).class_name == name for name in zelvo.classes()))
 
+# The installed library finds its catalogues beside itself: a language
+# added there is the one the lists speak.
+with open(os.path.join(prefix, "share", "zelvo", "lang", "xx.lng"), "w", encoding="utf-8") as f:
+    f.write("[Module1.LvwAddPersons2]\nman=Mensch\n")
+os.environ.pop("ZELVO_LANG_DIR", None)
+os.environ["ZELVO_LANG"] = "xx"
+
 ab = zelvo.create("cAddressbook")
 ab.AppPath = folder
 result, path = ab.CorrectDB("")
@@ -65,6 +72,7 @@ if rows.rows:
     row = rows.rows[0]
     check("the row's name", row["text"] == "Иванов Иван")
     check("the row's e-mail", row["sub_items"][-1] == "ivan@example.org")
+    check("the row's type from the installed catalogue", row["sub_items"][0] == " Mensch")
     check("the row's tag is the person", row["tag"] == 1 and row["icon"] == "User")
 
 data = zelvo.DataControl()

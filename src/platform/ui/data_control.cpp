@@ -14,20 +14,13 @@ DataControl::DataControl() : state_(std::make_unique<State>()) {}
 DataControl::~DataControl() = default;
 DataControl::DataControl(const DataControl& other)
     : DatabaseName(other.DatabaseName), Connect(other.Connect), RecordSource(other.RecordSource),
-      RecordsetType(other.RecordsetType), state_(std::make_unique<State>(*other.state_)),
-      observers_(other.observers_) {}
+      RecordsetType(other.RecordsetType), state_(std::make_unique<State>()) {}
 DataControl& DataControl::operator=(const DataControl& other) {
-    if (this != &other) {
-        DataControl copy(other);
-        DatabaseName = std::move(copy.DatabaseName);
-        Connect = std::move(copy.Connect);
-        RecordSource = std::move(copy.RecordSource);
-        RecordsetType = copy.RecordsetType;
-        state_ = std::move(copy.state_);
-        observers_ = std::move(copy.observers_);
-    }
+    if (this != &other) *this = DataControl(other);
     return *this;
 }
+DataControl::DataControl(DataControl&&) noexcept = default;
+DataControl& DataControl::operator=(DataControl&&) noexcept = default;
 
 dao::Recordset& DataControl::Recordset() { return state_->recordset; }
 const dao::Database& DataControl::Database() const { return state_->database; }
@@ -48,7 +41,9 @@ void DataControl::Refresh() {
 std::vector<DataControl::Record> DataControl::Records() {
     std::vector<Record> records;
     dao::Recordset& rs = state_->recordset;
-    if (!rs.IsOpen() || rs.AbsolutePosition() == -1) return records;
+    // Empty is BOF and EOF at once; EOF alone is a set already read to its
+    // end, which is read again from the first record.
+    if (!rs.IsOpen() || (rs.IsBOF() && rs.IsEOF())) return records;
     auto fields = rs.Fields();
     for (rs.MoveFirst(); !rs.IsEOF(); rs.MoveNext()) {
         Record& r = records.emplace_back();
