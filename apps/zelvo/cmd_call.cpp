@@ -183,6 +183,7 @@ struct NamedJson {
 
 int RunCall(std::span<const std::string> args) {
     std::string className = "cAddressbook";
+    bool classGiven = false;
     bool members = false;
     std::string savePicture;
     std::vector<Call> calls(1);
@@ -205,6 +206,7 @@ int RunCall(std::span<const std::string> args) {
                 Host().appPath = v;
             } else if (a == "--class") {
                 className = v;
+                classGiven = true;
             } else if (a == "--save-picture") {
                 savePicture = v;
             } else if (Host().terminal) {
@@ -220,7 +222,7 @@ int RunCall(std::span<const std::string> args) {
     }
     const DispClass* cls = FindPublicClass(className);
     if (!cls) return UsageError("call", "there is no public class '" + className + "' (see 'zelvo call --members')");
-    if (members) return ListMembers(className == "cAddressbook" && args.size() == 1 ? nullptr : cls);
+    if (members) return ListMembers(classGiven ? cls : nullptr);
     if (calls.back().member.empty())
         return UsageError("call", calls.size() > 1 ? "--then needs a member" : "no member given (see 'zelvo call --members')");
     for (const Call& c : calls)

@@ -11,14 +11,18 @@
 //   DeletePersonResources, 20 links of which 10 shared
 //                                      anchor: the same deletes through SQLite
 //   LvwAddPersons2 in photo mode, 1,000 persons with photos
-//                                      anchor: reading their 1,000 photos
+//                                      anchors: reading their 1,000 photos,
+//                                      and reading them with libjpeg-turbo
+//                                      decoding each at the list's scale
+//   Opening the book, and LoadPersonPhoto alone, for where the time goes.
 //
 // Targets: photo lookup <= 2x raw and <= 1 ms; scaled lookup <= 25 ms;
 // AddressFields <= 50 us; DeletePersonResources <= 2 ms; photo list <= 1.5 s.
 //
 // The book holds ZELVO_BENCH_PHOTOS photos (default 2,000; 50,000 makes a
 // book of several gigabytes) of 20-200 kB, repeated from a few generated
-// JPEGs.
+// JPEGs. ZELVO_BENCH_PLAN=1 prints the book's indexes and SQLite's plan of
+// the mail lookup first. On a busy machine compare the CPU columns.
 #include <benchmark/benchmark.h>
 #include <sqlite3.h>
 
@@ -331,21 +335,29 @@ void BM_LoadPersonPhoto(benchmark::State& state) {
     }
 }
 
-void BM_RawReadListPhotos(benchmark::State& state) {
-    for (auto _ : state) {
-        sqlite3* db = OpenRaw();
-        sqlite3_stmt* st = nullptr;
-        Check(sqlite3_prepare_v2(db, "SELECT Photo FROM Photo WHERE \"Personal ID\"=?1 ORDER BY \"Photo ID\" DESC", -1, &st,
-                                 nullptr),
-              db, "prepare");
-        for (int id = 1; id <= kListPersons; ++id) {
-            sqlite3_bind_int(st, 1, id);
-            if (sqlite3_step(st) == SQLITE_ROW) benchmark::DoNotOptimize(sqlite3_column_blob(st, 0));
-            sqlite3_reset(st);
-        }
-        sqlite3_finalize(st);
-        sqlite3_close(db);
+// Reads the newest photo of each person of the list through SQLite and
+// hands its bytes to `use`.
+template <class Use>
+void ReadListPhotos(Use use) {
+    sqlite3* db = OpenRaw();
+    sqlite3_stmt* st = nullptr;
+    Check(sqlite3_prepare_v2(db, "SELECT Photo FROM Photo WHERE \"Personal ID\"=?1 ORDER BY \"Photo ID\" DESC", -1, &st,
+                             nullptr),
+          db, "prepare");
+    for (int id = 1; id <= kListPersons; ++id) {
+        sqlite3_bind_int(st, 1, id);
+        if (sqlite3_step(st) == SQLITE_ROW)
+            use(static_cast<const unsigned char*>(sqlite3_column_blob(st, 0)),
+                static_cast<unsigned long>(sqlite3_column_bytes(st, 0)));
+        sqlite3_reset(st);
     }
+    sqlite3_finalize(st);
+    sqlite3_close(db);
+}
+
+void BM_RawReadListPhotos(benchmark::State& state) {
+    for (auto _ : state)
+        ReadListPhotos([](const unsigned char* bytes, unsigned long) { benchmark::DoNotOptimize(bytes); });
 }
 
 // The same reads with libjpeg-turbo decoding each photo at the scale the
@@ -353,41 +365,28 @@ void BM_RawReadListPhotos(benchmark::State& state) {
 // floor of what a photo list can cost.
 void BM_RawReadDecodeListPhotos(benchmark::State& state) {
     std::vector<std::uint8_t> row;
-    for (auto _ : state) {
-        sqlite3* db = OpenRaw();
-        sqlite3_stmt* st = nullptr;
-        Check(sqlite3_prepare_v2(db, "SELECT Photo FROM Photo WHERE \"Personal ID\"=?1 ORDER BY \"Photo ID\" DESC", -1, &st,
-                                 nullptr),
-              db, "prepare");
-        for (int id = 1; id <= kListPersons; ++id) {
-            sqlite3_bind_int(st, 1, id);
-            if (sqlite3_step(st) == SQLITE_ROW) {
-                jpeg_decompress_struct c{};
-                jpeg_error_mgr err{};
-                c.err = jpeg_std_error(&err);
-                jpeg_create_decompress(&c);
-                jpeg_mem_src(&c, static_cast<const unsigned char*>(sqlite3_column_blob(st, 0)),
-                             static_cast<unsigned long>(sqlite3_column_bytes(st, 0)));
-                jpeg_read_header(&c, TRUE);
-                for (unsigned denom = 8; denom >= 2; denom /= 2)
-                    if ((c.image_width + denom - 1) / denom >= 93 && (c.image_height + denom - 1) / denom >= 124) {
-                        c.scale_num = 1, c.scale_denom = denom;
-                        break;
-                    }
-                jpeg_start_decompress(&c);
-                row.resize(std::size_t(c.output_width) * c.output_components);
-                while (c.output_scanline < c.output_height) {
-                    JSAMPROW r = row.data();
-                    jpeg_read_scanlines(&c, &r, 1);
+    for (auto _ : state)
+        ReadListPhotos([&](const unsigned char* bytes, unsigned long size) {
+            jpeg_decompress_struct c{};
+            jpeg_error_mgr err{};
+            c.err = jpeg_std_error(&err);
+            jpeg_create_decompress(&c);
+            jpeg_mem_src(&c, bytes, size);
+            jpeg_read_header(&c, TRUE);
+            for (unsigned denom = 8; denom >= 2; denom /= 2)
+                if ((c.image_width + denom - 1) / denom >= 93 && (c.image_height + denom - 1) / denom >= 124) {
+                    c.scale_num = 1, c.scale_denom = denom;
+                    break;
                 }
-                jpeg_finish_decompress(&c);
-                jpeg_destroy_decompress(&c);
+            jpeg_start_decompress(&c);
+            row.resize(std::size_t(c.output_width) * c.output_components);
+            while (c.output_scanline < c.output_height) {
+                JSAMPROW r = row.data();
+                jpeg_read_scanlines(&c, &r, 1);
             }
-            sqlite3_reset(st);
-        }
-        sqlite3_finalize(st);
-        sqlite3_close(db);
-    }
+            jpeg_finish_decompress(&c);
+            jpeg_destroy_decompress(&c);
+        });
 }
 
 }  // namespace

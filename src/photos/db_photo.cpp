@@ -115,6 +115,8 @@ bool dbPhoto::AddPhoto(std::int32_t Personal_ID, ui::UiHost* Dlg) {
     Bytes bytes = pic->FileBytes;
     picPhoto_->Picture = std::make_shared<imaging::Picture>(std::move(*pic));
 
+    // The dialog has just closed: let the window repaint before the write.
+    on.Do([&] { host.DoEvents(); });
     dao::Recordset& rs = Recordset();
     bool stored = on.Do([&] {
         rs.AddNew();
