@@ -16,10 +16,12 @@ extern const Command kCompactCommand;
 extern const Command kCallCommand;
 extern const Command kListCommand;
 extern const Command kUiCommand;
+extern const Command kProjectsCommand;
 
 std::span<const Command> Commands() {
     static const std::vector<Command> table = {
         kListCommand,
+        kProjectsCommand,
         kCallCommand,
         kSqlCommand,
         kJpegCommand,

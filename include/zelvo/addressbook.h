@@ -67,6 +67,60 @@ public:
     // closed; an item number without a window does nothing more.
     void SpaceNavigate(std::int32_t SpaceID, std::int32_t spaceItemNumber = 0);
 
+    // ---- Project membership. Each opens the book itself; DataProjects and
+    // DataPersonal are accepted and not used. Engine errors are passed over
+    // (a row the engine refuses stays as it was); the two "not found in the
+    // project" cases show a critical message. See projects/membership.h.
+
+    // MoveABObject for a person.
+    void MovePerson(std::int32_t Personal_ID, std::string& rProjectTo, ui::DataControl* DataProjects);
+    // Rewrites the object's row in rProject (either side, kept) to rProjectTo.
+    void MoveABObject(std::int32_t Object_ID, std::int32_t& ObjectType, std::string& rProjectTo,
+                      ui::DataControl* DataProjects);
+    // Moves the object's row from one project and side to another; a blank
+    // rProjectFrom adds a row.
+    void MoveABObject2(std::int32_t Object_ID, std::int32_t& ObjectType, std::string& rProjectFrom,
+                       bool& InsArcPrjFrom, std::string& rProjectTo, bool& InsArcPrjTo, ui::DataControl* DataProjects);
+    // Takes the object's row of rProject on side InsArcPrj away; True only
+    // when one went. An empty rProject with type 1 deletes the organization.
+    bool DeleteObjfromPrj(ui::DataControl* DataProjects, std::string& rProject, bool& InsArcPrj,
+                          std::int32_t Object_ID, std::int32_t ObjectType);
+    // Sends the object's row of rProject on side InsArcPrj to the other side.
+    void PrjArcPrjSingleProject(std::int32_t Object_ID, std::int32_t ObjectType, ui::DataControl* DataProjects,
+                                std::string& rProject, bool& InsArcPrj);
+    // PrjArcPrj2 for a person.
+    void PrjArcPrj(std::int32_t Personal_ID, ui::DataControl* DataPersonal, ui::DataControl* DataProjects,
+                   bool& InsArcPrj);
+    // Sends every row of the object to the side opposite InsArcPrj, which
+    // comes back as its complement.
+    void PrjArcPrj2(std::int32_t Object_ID, std::int32_t ObjectType, ui::DataControl* DataPersonal,
+                    ui::DataControl* DataProjects, bool& InsArcPrj);
+
+    // ---- Folder events of the host: the rows of a project and of all its
+    // subprojects follow the folder. A missing book makes each do nothing.
+    // See projects/folder_events.h.
+
+    // rProjectMoved; DataProjects is not touched. Engine errors are raised.
+    void FolderMoved(ui::DataControl* DataProjects, std::string& fromPrj, bool& fromInsArcPrj, std::string& toPrj,
+                     bool& toInsArcPrj);
+    void rProjectMoved(const std::string& fromPrj, bool fromInsArcPrj, const std::string& toPrj, bool toInsArcPrj);
+    // Does nothing at all: the rows stay. A host that wants them gone calls
+    // FolderDeleted2 or rProjectDeleted with a Shift other than 0.
+    void FolderDeleted(ui::DataControl* DataProjects, ui::DataControl* DataPersProjects,
+                       ui::DataControl* DataPersonalFull, std::int16_t Shift = 0);
+    // rProjectDeleted with this object's InsArcPrj. Engine errors are raised.
+    void FolderDeleted2(ui::DataControl* DataProjects, ui::DataControl* DataPersProjects,
+                        ui::DataControl* DataPersonalFull, ui::DataControl* DataEmail, std::string& rProject,
+                        std::int16_t Shift = 0);
+    // With Shift other than 0, deletes the rows. Engine errors are raised.
+    void rProjectDeleted(const std::string& rProject, bool InsArcPrj, std::int16_t Shift);
+    // rProjectCopied; nothing is raised or reported beyond what it reports.
+    void FolderCopy(ui::DataControl* DataProjectsSrc, ui::DataControl* DataProjects, std::string& rProjectFrom,
+                    std::string& rProjectTo, bool& InsArcPrjFrom, bool& InsArcPrjTo);
+    // Adds the rows of the copy, none twice; failures are reported.
+    void rProjectCopied(const std::string& rProjectFrom, const std::string& rProjectTo, bool InsArcPrjFrom = false,
+                        bool InsArcPrjTo = false);
+
     // Navigate's office objects (organizations and subdivisions: owner type
     // 1; job titles: 2; employees: 4) are listed by the organizations part of
     // the library, which installs this. Returns the previous one.

@@ -108,6 +108,7 @@ Variant Long(std::int32_t v) { return Variant(std::int64_t{v}); }
 std::int32_t Long(const Variant& v) { return static_cast<std::int32_t>(v.integer()); }
 
 DispParam Ref(std::string name, DispType type) { return {std::move(name), type, true, false, std::nullopt}; }
+DispParam Val(std::string name, DispType type) { return {std::move(name), type, false, false, std::nullopt}; }
 DispParam Opt(DispParam p, std::optional<Variant> def = std::nullopt) {
     p.optional = true;
     p.defaultValue = std::move(def);
@@ -154,6 +155,161 @@ const std::vector<Entry>& Members() {
           std::nullopt, false, "opens a window in a space of the shell: 3 the address book window"},
          [](cAddressbook& b, std::vector<Variant>& v, std::vector<DispObject>&) {
              b.SpaceNavigate(Long(v[0]), Long(v[1]));
+             return Variant();
+         }},
+        // Project membership.
+        {{"MovePerson", DispKind::Method,
+          {Val("Personal_ID", T::Long), Ref("rProjectTo", T::String), Ref("DataProjects", T::Object)}, std::nullopt,
+          false, "moves the person's row in rProject to the project rProjectTo"},
+         [](cAddressbook& b, std::vector<Variant>& v, std::vector<DispObject>& o) {
+             std::string to = v[1].text();
+             b.MovePerson(Long(v[0]), to, Obj<ui::DataControl>(o[2]));
+             v[1] = Variant(to);
+             return Variant();
+         }},
+        {{"MoveABObject", DispKind::Method,
+          {Val("Object_ID", T::Long), Ref("ObjectType", T::Long), Ref("rProjectTo", T::String),
+           Ref("DataProjects", T::Object)},
+          std::nullopt, false, "moves the object's row in rProject to the project rProjectTo"},
+         [](cAddressbook& b, std::vector<Variant>& v, std::vector<DispObject>& o) {
+             std::int32_t type = Long(v[1]);
+             std::string to = v[2].text();
+             b.MoveABObject(Long(v[0]), type, to, Obj<ui::DataControl>(o[3]));
+             v[1] = Long(type);
+             v[2] = Variant(to);
+             return Variant();
+         }},
+        {{"MoveABObject2", DispKind::Method,
+          {Val("Object_ID", T::Long), Ref("ObjectType", T::Long), Ref("rProjectFrom", T::String),
+           Ref("InsArcPrjFrom", T::Boolean), Ref("rProjectTo", T::String), Ref("InsArcPrjTo", T::Boolean),
+           Ref("DataProjects", T::Object)},
+          std::nullopt, false, "moves the object's row from a project and side to another (\"\" from: adds one)"},
+         [](cAddressbook& b, std::vector<Variant>& v, std::vector<DispObject>& o) {
+             std::int32_t type = Long(v[1]);
+             std::string from = v[2].text(), to = v[4].text();
+             bool fromArc = v[3].boolean(), toArc = v[5].boolean();
+             b.MoveABObject2(Long(v[0]), type, from, fromArc, to, toArc, Obj<ui::DataControl>(o[6]));
+             v[1] = Long(type);
+             v[2] = Variant(from);
+             v[3] = Variant(fromArc);
+             v[4] = Variant(to);
+             v[5] = Variant(toArc);
+             return Variant();
+         }},
+        {{"DeleteObjfromPrj", DispKind::Method,
+          {Ref("DataProjects", T::Object), Ref("rProject", T::String), Ref("InsArcPrj", T::Boolean),
+           Val("Object_ID", T::Long), Val("ObjectType", T::Long)},
+          T::Boolean, false, "takes the object's row of rProject away; True when one went"},
+         [](cAddressbook& b, std::vector<Variant>& v, std::vector<DispObject>& o) {
+             std::string project = v[1].text();
+             bool arc = v[2].boolean();
+             bool done = b.DeleteObjfromPrj(Obj<ui::DataControl>(o[0]), project, arc, Long(v[3]), Long(v[4]));
+             v[1] = Variant(project);
+             v[2] = Variant(arc);
+             return Variant(done);
+         }},
+        {{"PrjArcPrjSingleProject", DispKind::Method,
+          {Val("Object_ID", T::Long), Val("ObjectType", T::Long), Ref("DataProjects", T::Object),
+           Ref("rProject", T::String), Ref("InsArcPrj", T::Boolean)},
+          std::nullopt, false, "sends the object's row of rProject to the other side"},
+         [](cAddressbook& b, std::vector<Variant>& v, std::vector<DispObject>& o) {
+             std::string project = v[3].text();
+             bool arc = v[4].boolean();
+             b.PrjArcPrjSingleProject(Long(v[0]), Long(v[1]), Obj<ui::DataControl>(o[2]), project, arc);
+             v[3] = Variant(project);
+             v[4] = Variant(arc);
+             return Variant();
+         }},
+        {{"PrjArcPrj", DispKind::Method,
+          {Val("Personal_ID", T::Long), Ref("DataPersonal", T::Object), Ref("DataProjects", T::Object),
+           Ref("InsArcPrj", T::Boolean)},
+          std::nullopt, false, "sends every row of the person to the side opposite InsArcPrj"},
+         [](cAddressbook& b, std::vector<Variant>& v, std::vector<DispObject>& o) {
+             bool arc = v[3].boolean();
+             b.PrjArcPrj(Long(v[0]), Obj<ui::DataControl>(o[1]), Obj<ui::DataControl>(o[2]), arc);
+             v[3] = Variant(arc);
+             return Variant();
+         }},
+        {{"PrjArcPrj2", DispKind::Method,
+          {Val("Object_ID", T::Long), Val("ObjectType", T::Long), Ref("DataPersonal", T::Object),
+           Ref("DataProjects", T::Object), Ref("InsArcPrj", T::Boolean)},
+          std::nullopt, false, "sends every row of the object to the side opposite InsArcPrj"},
+         [](cAddressbook& b, std::vector<Variant>& v, std::vector<DispObject>& o) {
+             bool arc = v[4].boolean();
+             b.PrjArcPrj2(Long(v[0]), Long(v[1]), Obj<ui::DataControl>(o[2]), Obj<ui::DataControl>(o[3]), arc);
+             v[4] = Variant(arc);
+             return Variant();
+         }},
+        // Folder events of the host.
+        {{"FolderMoved", DispKind::Method,
+          {Ref("DataProjects", T::Object), Ref("fromPrj", T::String), Ref("fromInsArcPrj", T::Boolean),
+           Ref("toPrj", T::String), Ref("toInsArcPrj", T::Boolean)},
+          std::nullopt, false, "the host moved a project folder: its rows and those below follow"},
+         [](cAddressbook& b, std::vector<Variant>& v, std::vector<DispObject>& o) {
+             std::string from = v[1].text(), to = v[3].text();
+             bool fromArc = v[2].boolean(), toArc = v[4].boolean();
+             b.FolderMoved(Obj<ui::DataControl>(o[0]), from, fromArc, to, toArc);
+             v[1] = Variant(from);
+             v[2] = Variant(fromArc);
+             v[3] = Variant(to);
+             v[4] = Variant(toArc);
+             return Variant();
+         }},
+        {{"rProjectMoved", DispKind::Method,
+          {Val("fromPrj", T::String), Val("fromInsArcPrj", T::Boolean), Val("toPrj", T::String),
+           Val("toInsArcPrj", T::Boolean)},
+          std::nullopt, false, "moves the rows of a project and its subprojects to another path and side"},
+         [](cAddressbook& b, std::vector<Variant>& v, std::vector<DispObject>&) {
+             b.rProjectMoved(v[0].text(), v[1].boolean(), v[2].text(), v[3].boolean());
+             return Variant();
+         }},
+        {{"FolderDeleted", DispKind::Method,
+          {Ref("DataProjects", T::Object), Ref("DataPersProjects", T::Object), Ref("DataPersonalFull", T::Object),
+           Opt(Val("Shift", T::Integer))},
+          std::nullopt, false, "the host deleted a project folder: nothing happens (see FolderDeleted2)"},
+         [](cAddressbook& b, std::vector<Variant>& v, std::vector<DispObject>& o) {
+             b.FolderDeleted(Obj<ui::DataControl>(o[0]), Obj<ui::DataControl>(o[1]), Obj<ui::DataControl>(o[2]),
+                             static_cast<std::int16_t>(v[3].integer()));
+             return Variant();
+         }},
+        {{"FolderDeleted2", DispKind::Method,
+          {Ref("DataProjects", T::Object), Ref("DataPersProjects", T::Object), Ref("DataPersonalFull", T::Object),
+           Ref("DataEmail", T::Object), Ref("rProject", T::String), Opt(Val("Shift", T::Integer))},
+          std::nullopt, false, "the host deleted a project folder: with Shift, its rows on side InsArcPrj go"},
+         [](cAddressbook& b, std::vector<Variant>& v, std::vector<DispObject>& o) {
+             std::string project = v[4].text();
+             b.FolderDeleted2(Obj<ui::DataControl>(o[0]), Obj<ui::DataControl>(o[1]), Obj<ui::DataControl>(o[2]),
+                              Obj<ui::DataControl>(o[3]), project, static_cast<std::int16_t>(v[5].integer()));
+             v[4] = Variant(project);
+             return Variant();
+         }},
+        {{"rProjectDeleted", DispKind::Method,
+          {Val("rProject", T::String), Val("InsArcPrj", T::Boolean), Val("Shift", T::Integer)}, std::nullopt, false,
+          "with Shift other than 0, deletes the rows of a project and its subprojects"},
+         [](cAddressbook& b, std::vector<Variant>& v, std::vector<DispObject>&) {
+             b.rProjectDeleted(v[0].text(), v[1].boolean(), static_cast<std::int16_t>(v[2].integer()));
+             return Variant();
+         }},
+        {{"FolderCopy", DispKind::Method,
+          {Ref("DataProjectsSrc", T::Object), Ref("DataProjects", T::Object), Ref("rProjectFrom", T::String),
+           Ref("rProjectTo", T::String), Opt(Ref("InsArcPrjFrom", T::Boolean)), Opt(Ref("InsArcPrjTo", T::Boolean))},
+          std::nullopt, false, "the host copied a project folder: the copy gets the rows, none twice"},
+         [](cAddressbook& b, std::vector<Variant>& v, std::vector<DispObject>& o) {
+             std::string from = v[2].text(), to = v[3].text();
+             bool fromArc = v[4].boolean(), toArc = v[5].boolean();
+             b.FolderCopy(Obj<ui::DataControl>(o[0]), Obj<ui::DataControl>(o[1]), from, to, fromArc, toArc);
+             v[2] = Variant(from);
+             v[3] = Variant(to);
+             v[4] = Variant(fromArc);
+             v[5] = Variant(toArc);
+             return Variant();
+         }},
+        {{"rProjectCopied", DispKind::Method,
+          {Val("rProjectFrom", T::String), Val("rProjectTo", T::String), Opt(Val("InsArcPrjFrom", T::Boolean)),
+           Opt(Val("InsArcPrjTo", T::Boolean))},
+          std::nullopt, false, "adds rows for a copy of a project and its subprojects, none twice"},
+         [](cAddressbook& b, std::vector<Variant>& v, std::vector<DispObject>&) {
+             b.rProjectCopied(v[0].text(), v[1].text(), v[2].boolean(), v[3].boolean());
              return Variant();
          }},
         // Properties.

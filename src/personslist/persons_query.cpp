@@ -48,14 +48,16 @@ std::string GetNoPrjPersonsQuery() {
            "PersonalData.[Personal ID] = PersPrj.[Owner ID] WHERE (((PersPrj.[Owner ID]) Is Null) );";
 }
 
-std::string GetPrjPersonsQuery(const std::string& rProject, bool InsArcPrj, AddrFiltr Filter) {
-    std::string criterion;
+std::string ProjectCondition(const std::string& rProject, AddrFiltr Filter) {
     if (Filter == InsCurPrj) {
         // Both paths end in a backslash, so "A" does not take in "AB".
-        criterion = "Instr(1,[Projects].[Project] & \"\\\"," + QuoteSqlText(rProject + "\\") + ",1)=1";
-    } else {
-        criterion = "(Projects.Project)=" + QuoteSqlText(rProject);
+        return "Instr(1,[Projects].[Project] & \"\\\"," + QuoteSqlText(rProject + "\\") + ",1)=1";
     }
+    return "(Projects.Project)=" + QuoteSqlText(rProject);
+}
+
+std::string GetPrjPersonsQuery(const std::string& rProject, bool InsArcPrj, AddrFiltr Filter) {
+    std::string criterion = ProjectCondition(rProject, Filter);
     return "SELECT PersonalData.[Personal ID] as [Personal ID],PersonalData.[FirstName],PersonalData.MiddleName,"
            "PersonalData.Surname,PersonalData.FullName,Projects.Project,Projects.InsArcPrj,Projects.[Owner ID] "
            ",Projects.[OwnerType]  From Projects,PersonalData " +

@@ -31,6 +31,11 @@ std::string GetNoPrjPersonsQuery();
 // CurPrj. One row a membership, on the side `InsArcPrj`.
 std::string GetPrjPersonsQuery(const std::string& rProject, bool InsArcPrj, AddrFiltr Filter);
 
+// The condition on Projects.Project that the project queries share: for
+// InsCurPrj the project and every project below it (case ignored), for any
+// other filter exactly the project. The side is not part of it.
+std::string ProjectCondition(const std::string& rProject, AddrFiltr Filter);
+
 // The fields of `Table` in the book `DatabaseName`, in their order, each as
 // "[Table].[Field]", joined by ", " and followed by one blank. Opens and
 // closes the book; the engine's errors (3024, 3265 …) are thrown.

@@ -178,5 +178,24 @@ TEST_F(CliTest, HelpNamesTheCommandsAndTheMembers) {
     EXPECT_NE(r.out.find("--unsorted"), std::string::npos);
 }
 
+// The folder events and the archive from the command line, seen through
+// zelvo projects: the by-reference flag comes back, the rows follow.
+TEST_F(CliTest, ProjectMembersChangeTheRowsThatProjectsLists) {
+    MakeBook();
+    Outcome r = Zelvo({"--app-path", app(), "call", "PrjArcPrj2", "3", "0", "False"});
+    ASSERT_EQ(r.status, 0) << r.err;
+    EXPECT_NE(r.out.find("\"InsArcPrj\": true"), std::string::npos) << r.out;
+    r = Zelvo({"--app-path", app(), "call", "rProjectMoved", "a", "False", "Done\\A", "True"});
+    ASSERT_EQ(r.status, 0) << r.err;
+    r = Zelvo({"--app-path", app(), "projects", "--archive", "--json"});
+    ASSERT_EQ(r.status, 0) << r.err;
+    EXPECT_NE(r.out.find("{\"project\": \"AB\", \"persons\": 1,"), std::string::npos) << r.out;
+    EXPECT_NE(r.out.find("{\"project\": \"Done\\\\A\\\\B\", \"persons\": 2,"), std::string::npos) << r.out;
+    r = Zelvo({"--app-path", app(), "projects", "ls", "done", "--deep", "--archive"});
+    ASSERT_EQ(r.status, 0) << r.err;
+    EXPECT_NE(r.out.find("Иванов Иван  [Done\\A\\B]"), std::string::npos) << r.out;
+    EXPECT_NE(r.out.find("(3 objects)"), std::string::npos) << r.out;
+}
+
 }  // namespace
 }  // namespace zelvo::testing

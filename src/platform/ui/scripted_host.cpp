@@ -1,5 +1,6 @@
 #include "platform/ui/scripted_host.h"
 
+#include "platform/shell/project_paths.h"
 #include "platform/ui/form.h"
 
 namespace zelvo::ui {
@@ -56,6 +57,18 @@ void ScriptedUiHost::RunWindow(Form& form) {
         action(form);
     }
     if (form.Visible()) form.Unload();
+}
+
+std::optional<ProjectPickerAnswer> ScriptedUiHost::ShowProjectPicker(const ProjectPickerRequest& request) {
+    pickerLog_.push_back(request);
+    if (pickerAnswers_.empty()) {
+        ++unanswered_;
+        return std::nullopt;
+    }
+    auto path = std::move(pickerAnswers_.front());
+    pickerAnswers_.pop_front();
+    if (!path) return std::nullopt;
+    return ProjectPickerAnswer{*path, shell::FolderUnderRoot(request.rootFolder, *path)};
 }
 
 }  // namespace zelvo::ui

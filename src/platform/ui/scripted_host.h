@@ -38,12 +38,19 @@ public:
     // visible; a window with no action queued is closed at once.
     void QueueWindowAction(std::function<void(Form&)> action) { windowActions_.push_back(std::move(action)); }
 
+    // The project path the person picks in the next project picker
+    // (nullopt: cancels); the folder given with it is the path's folders
+    // under the picker's root.
+    void QueueProjectPickerAnswer(std::optional<std::string> path) { pickerAnswers_.push_back(std::move(path)); }
+    // Every project picker shown, in order.
+    const std::vector<ProjectPickerRequest>& PickerLog() const { return pickerLog_; }
+
     const std::vector<Shown>& Log() const { return log_; }
     int Unanswered() const { return unanswered_; }
     // Answers still queued at the end of a test mean a dialog did not come.
     bool AllAnswersUsed() const {
         return messageAnswers_.empty() && inputAnswers_.empty() && fileAnswers_.empty() &&
-               windowActions_.empty();
+               windowActions_.empty() && pickerAnswers_.empty();
     }
 
     int ShowMessageBox(const MessageBoxRequest& request) override;
@@ -52,6 +59,7 @@ public:
     std::string ShowSaveDialog(const FileDialogRequest& request) override;
     void RunWindow(Form& form) override;
     void DoEvents() override { ++doEvents_; }
+    std::optional<ProjectPickerAnswer> ShowProjectPicker(const ProjectPickerRequest& request) override;
     // How often the library let events run.
     int DoEventsCalls() const { return doEvents_; }
 
@@ -63,6 +71,8 @@ private:
     std::deque<std::string> fileAnswers_;
     std::deque<std::function<void(Form&)>> windowActions_;
     int doEvents_ = 0;
+    std::deque<std::optional<std::string>> pickerAnswers_;
+    std::vector<ProjectPickerRequest> pickerLog_;
     std::vector<Shown> log_;
     int unanswered_ = 0;
 };

@@ -2,9 +2,13 @@
 
 #include <unistd.h>
 
+#include <algorithm>
 #include <cctype>
+#include <filesystem>
 #include <istream>
 #include <ostream>
+
+#include "platform/shell/project_paths.h"
 
 namespace zelvo::ui {
 
@@ -23,6 +27,35 @@ const char* IconWord(int style) {
 std::string Lower(std::string s) {
     for (char& c : s) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
     return s;
+}
+
+// The project folders under `root`, as project paths, in the order of a
+// tree. Hidden folders (the archive and the settings live in the live root
+// as such) are no projects. A huge tree is cut short rather than flooding
+// the terminal.
+std::vector<std::string> ProjectTree(const std::string& root) {
+    namespace fs = std::filesystem;
+    constexpr int kMaxDepth = 8;
+    constexpr size_t kMaxFolders = 500;
+    std::vector<std::string> paths;
+    std::error_code ec;
+    fs::recursive_directory_iterator it(root, fs::directory_options::skip_permission_denied, ec), end;
+    for (; !ec && it != end && paths.size() < kMaxFolders; it.increment(ec)) {
+        std::string name = it->path().filename().string();
+        if (!it->is_directory(ec) || name.empty() || name[0] == '.' || it.depth() >= kMaxDepth) {
+            if (it->is_directory(ec)) it.disable_recursion_pending();
+            continue;
+        }
+        paths.push_back(shell::ProjectPathUnderRoot(root, it->path().string()));
+    }
+    // "A" before "A\B" before "AB": the tree's order, not the bytes'.
+    std::sort(paths.begin(), paths.end(), [](const std::string& a, const std::string& b) {
+        std::string x = a, y = b;
+        std::replace(x.begin(), x.end(), '\\', '\x01');
+        std::replace(y.begin(), y.end(), '\\', '\x01');
+        return x < y;
+    });
+    return paths;
 }
 
 }  // namespace
@@ -101,6 +134,46 @@ std::string TerminalUiHost::ShowOpenDialog(const FileDialogRequest& request) {
 
 std::string TerminalUiHost::ShowSaveDialog(const FileDialogRequest& request) {
     return AskPath("File to save", request);
+}
+
+std::optional<ProjectPickerAnswer> TerminalUiHost::ShowProjectPicker(const ProjectPickerRequest& request) {
+    std::string path;
+    if (!answers_.empty()) {
+        path = std::move(answers_.front());
+        answers_.pop_front();
+    } else if (!interactive_) {
+        out_ << "zelvo project picker" << (request.title.empty() ? "" : " (" + request.title + ")")
+             << ": no --answer left and no terminal: cancelled\n";
+        out_.flush();
+        return std::nullopt;
+    } else {
+        std::vector<std::string> tree = ProjectTree(request.rootFolder);
+        out_ << (request.title.empty() ? "Choose a project" : request.title) << " (folders under "
+             << request.rootFolder << "):\n";
+        for (size_t i = 0; i < tree.size(); ++i) {
+            size_t depth = static_cast<size_t>(std::count(tree[i].begin(), tree[i].end(), '\\'));
+            size_t leaf = tree[i].rfind('\\');
+            out_ << "  " << (i + 1) << "  " << std::string(2 * depth, ' ')
+                 << (leaf == std::string::npos ? tree[i] : tree[i].substr(leaf + 1)) << "\n";
+        }
+        if (tree.empty()) out_ << "  (no project folders yet)\n";
+        out_ << "Number or project path (A\\B)" << (request.path.empty() ? "" : " [" + request.path + "]")
+             << "\n(Enter keeps the path in brackets; end of input cancels) > ";
+        out_.flush();
+        auto line = ReadLine();
+        if (!line) return std::nullopt;
+        path = line->empty() ? request.path : *line;
+        bool number = !path.empty() && std::all_of(path.begin(), path.end(), [](unsigned char c) {
+            return std::isdigit(c);
+        });
+        if (number && path.size() < 6) {
+            size_t n = std::stoul(path);
+            if (n >= 1 && n <= tree.size()) path = tree[n - 1];
+        }
+    }
+    while (!path.empty() && path.back() == '\\') path.pop_back();
+    if (path.empty()) return std::nullopt;
+    return ProjectPickerAnswer{path, shell::FolderUnderRoot(request.rootFolder, path)};
 }
 
 }  // namespace zelvo::ui

@@ -29,6 +29,10 @@ public:
     std::optional<std::string> ShowInputBox(const InputBoxRequest& request) override;
     std::string ShowOpenDialog(const FileDialogRequest& request) override;
     std::string ShowSaveDialog(const FileDialogRequest& request) override;
+    // The project picker: the next answer given beforehand is the project
+    // path; else, at a terminal, the tree of folders under the root is shown
+    // numbered, and a number or a typed path chooses.
+    std::optional<ProjectPickerAnswer> ShowProjectPicker(const ProjectPickerRequest& request) override;
 
     // One more answer given beforehand, after those already queued.
     void AddAnswer(std::string answer) { answers_.push_back(std::move(answer)); }

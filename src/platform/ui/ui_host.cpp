@@ -38,6 +38,8 @@ int UiHost::ShowMessageBox(const MessageBoxRequest& request) { return MsgBoxDefa
 
 std::optional<std::string> UiHost::ShowInputBox(const InputBoxRequest&) { return std::nullopt; }
 
+std::optional<ProjectPickerAnswer> UiHost::ShowProjectPicker(const ProjectPickerRequest&) { return std::nullopt; }
+
 void UiHost::RunWindow(Form& form) {
     form.Show();
     form.Unload();

@@ -69,6 +69,21 @@ struct InputBoxRequest {
     int context = 0;
 };
 
+// The project picker's settings, in the order the library gives them.
+struct ProjectPickerRequest {
+    std::string appPath;     // the application folder
+    std::string rootFolder;  // the root of the side whose folders are browsed
+    std::string title;       // "" for the picker's own
+    std::string path;        // the project path to open on ("A\B"); "" the root
+};
+
+// What the person chose: a project path ("A\B", backslash-separated, no
+// backslash at the end) and its folder on the disk.
+struct ProjectPickerAnswer {
+    std::string projectPath;
+    std::string folder;
+};
+
 class UiHost {
 public:
     virtual ~UiHost() = default;
@@ -100,6 +115,11 @@ public:
     // Lets pending events of the desktop run (a repaint, a click queued
     // while the library was busy). This base has none.
     virtual void DoEvents() {}
+
+    // The project picker: a tree of the folders under `request.rootFolder`
+    // to choose one from. Returns the choice, or nothing when the person
+    // cancelled. This base cancels.
+    virtual std::optional<ProjectPickerAnswer> ShowProjectPicker(const ProjectPickerRequest& request);
 };
 
 // The host of this process. Until a host installs itself, a headless host

@@ -1,0 +1,8 @@
+#include "projects/project_state.h"
+
+namespace zelvo {
+
+AddrFiltr PrjFilter = AllPersons;
+std::string CurrentPrjPath;
+
+}  // namespace zelvo
