@@ -12,7 +12,7 @@
 
 #include "bindings.h"
 #include "list_model.h"
-#include "personslist/frm_persons.h"
+#include "personswindow/frm_persons.h"
 
 namespace zelvo::desktop {
 

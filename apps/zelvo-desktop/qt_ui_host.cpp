@@ -12,6 +12,7 @@
 #include <iostream>
 
 #include "persons_window.h"
+#include "platform/shell/project_paths.h"
 #include "platform/ui/form.h"
 
 namespace zelvo::desktop {
@@ -103,6 +104,17 @@ std::string QtUiHost::ShowSaveDialog(const ui::FileDialogRequest& r) {
 }
 
 void QtUiHost::DoEvents() { QCoreApplication::processEvents(); }
+
+std::optional<ui::ProjectPickerAnswer> QtUiHost::ShowProjectPicker(const ui::ProjectPickerRequest& request) {
+    std::string start = request.path.empty() ? request.rootFolder
+                                             : shell::FolderUnderRoot(request.rootFolder, request.path);
+    QString title = request.title.empty() ? QStringLiteral("Choosing a project") : QString::fromStdString(request.title);
+    QString chosen = QFileDialog::getExistingDirectory(ActiveWindow(), title, QString::fromStdString(start));
+    if (chosen.isEmpty()) return std::nullopt;
+    std::string path = shell::ProjectPathUnderRoot(request.rootFolder, chosen.toStdString());
+    if (path.empty()) return std::nullopt;
+    return ui::ProjectPickerAnswer{path, chosen.toStdString()};
+}
 
 void QtUiHost::RunWindow(ui::Form& form) {
     auto factory = factories_.find(form.Name());

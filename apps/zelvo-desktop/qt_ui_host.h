@@ -26,6 +26,10 @@ public:
     std::string ShowSaveDialog(const ui::FileDialogRequest& request) override;
     void RunWindow(ui::Form& form) override;
     void DoEvents() override;
+    // The folders of the side's root in the desktop's folder dialog; a
+    // folder outside the root (or the root itself) is no project and counts
+    // as cancelled.
+    std::optional<ui::ProjectPickerAnswer> ShowProjectPicker(const ui::ProjectPickerRequest& request) override;
 
     // Screenshot mode: the first window is written as PNG to `path` once
     // it is painted, then closed by its frame.

@@ -5,6 +5,7 @@
 
 #include "form_json.h"
 #include "json_writer.h"
+#include "platform/shell/project_paths.h"
 #include "platform/ui/form.h"
 
 namespace zelvo::cli {
@@ -146,5 +147,13 @@ std::string ScriptUiHost::FileDialog(const char* kind, const ui::FileDialogReque
 
 std::string ScriptUiHost::ShowOpenDialog(const ui::FileDialogRequest& request) { return FileDialog("open", request); }
 std::string ScriptUiHost::ShowSaveDialog(const ui::FileDialogRequest& request) { return FileDialog("save", request); }
+
+std::optional<ui::ProjectPickerAnswer> ScriptUiHost::ShowProjectPicker(const ui::ProjectPickerRequest& request) {
+    Print("{\"picker\": {\"root\": " + JsonString(request.rootFolder) + ", \"title\": " + JsonString(request.title) +
+          ", \"path\": " + JsonString(request.path) + "}}");
+    const ScriptStep* answer = AwaitAnswer("project picker");
+    if (!answer || answer->text == "cancel") return std::nullopt;
+    return ui::ProjectPickerAnswer{answer->text, shell::FolderUnderRoot(request.rootFolder, answer->text)};
+}
 
 }  // namespace zelvo::cli

@@ -3,7 +3,8 @@
 // Whenever the library waits for the person — a window's wait loop, a
 // message box, an input box, a file dialog — the host takes the next steps
 // of the script. Every dialog is printed as one JSON line as it comes
-// ({"msgbox": …}, {"inputbox": …}, {"open": …}, {"save": …}); `dump` prints
+// ({"msgbox": …}, {"inputbox": …}, {"open": …}, {"save": …}, {"picker": …});
+// `dump` prints
 // a window. A dialog with no answer left is cancelled, and a window still
 // waiting when the script ends is closed by its frame; both say so on the
 // error stream. A step that cannot be done (an unknown window or control,
@@ -30,6 +31,7 @@ public:
     std::string ShowOpenDialog(const ui::FileDialogRequest& request) override;
     std::string ShowSaveDialog(const ui::FileDialogRequest& request) override;
     void RunWindow(ui::Form& form) override;
+    std::optional<ui::ProjectPickerAnswer> ShowProjectPicker(const ui::ProjectPickerRequest& request) override;
 
     // Prints one JSON line of the output (a host service's call, the result).
     void Print(const std::string& json);

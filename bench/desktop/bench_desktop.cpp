@@ -19,7 +19,7 @@
 #include <cstdio>
 #include <cstdlib>
 
-#include "personslist/frm_persons.h"
+#include "personswindow/frm_persons.h"
 #include "qt_ui_host.h"
 #include "raw_persons.h"
 #include "store/library_state.h"

@@ -13,7 +13,7 @@
 #include <cstdio>
 #include <cstdlib>
 
-#include "personslist/frm_persons.h"
+#include "personswindow/frm_persons.h"
 #include "raw_persons.h"
 #include "store/library_state.h"
 #include "synthetic_book.h"

@@ -1,7 +1,7 @@
 #include "zelvo/addressbook.h"
 
 #include "hostservices/shell_actions.h"
-#include "personslist/frm_persons.h"
+#include "personswindow/frm_persons.h"
 #include "personslist/lvw_add_persons.h"
 #include "personslist/persons_query.h"
 #include "platform/core/error.h"

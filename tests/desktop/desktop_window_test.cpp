@@ -13,7 +13,7 @@
 #include <filesystem>
 #include <functional>
 
-#include "personslist/frm_persons.h"
+#include "personswindow/frm_persons.h"
 #include "qt_ui_host.h"
 #include "store/library_state.h"
 #include "support/book_fixture.h"
@@ -65,6 +65,7 @@ protected:
         saved_ = AppPath;
         AppPath = dir_.path().string();
         CreateSampleBook(DatabasePath()).Close();
+        std::filesystem::create_directories(dir_.path() / ".archive" / "Old");
         previous_ = ui::SetUiHost(&host_);
     }
     void TearDown() override {

@@ -2,6 +2,7 @@
 // JSON it prints, and the errors of a script that cannot run.
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <fstream>
 #include <sstream>
 
@@ -34,6 +35,8 @@ protected:
         dao::Database db = CreateSampleBook(DatabasePath());
         db.Close();
         AppPath = saved;
+        // The folders of the projects, the archived one among them.
+        for (const char* folder : {"/A/B", "/AB", "/.archive/Old"}) std::filesystem::create_directories(App() + folder);
     }
 
     std::string App() const { return dir_.File("app"); }
@@ -85,6 +88,24 @@ TEST_F(UiDriverTest, APersonWalksTheFiltersAndTheSidesAndEndsWithOK) {
     // Back on the live side, the project again.
     EXPECT_TRUE(Has(lines[3], "\"text\": \"Smith\"") && !Has(lines[3], "Иванов")) << lines[3];
     EXPECT_EQ(lines[4], "{\"result\": null, \"byref\": {}}");
+}
+
+TEST_F(UiDriverTest, ThePickerIsAnsweredWithAPathOrCancel) {
+    Outcome r = Ui("click frmPersons.tbPrj:Browse\n"
+                   "answer cancel\n"
+                   "click frmPersons.tbPrj:Browse\n"
+                   "answer A\\B\n"
+                   "dump\n"
+                   "click frmPersons.cmdCancel\n",
+                   {"ShowAddressBook"});
+    ASSERT_EQ(r.status, 0) << r.err;
+    std::vector<std::string> lines = Lines(r.out);
+    ASSERT_EQ(lines.size(), 4u) << r.out;
+    EXPECT_EQ(lines[0], "{\"picker\": {\"root\": \"" + App() +
+                            "/\", \"title\": \"Choosing a component project\", \"path\": \"\"}}");
+    EXPECT_TRUE(Has(lines[1], "\"path\": \"\"")) << lines[1];
+    EXPECT_TRUE(Has(lines[2], "\"txtPrj\": {\"text\": \"A\\\\B\"")) << lines[2];
+    EXPECT_TRUE(Has(lines[2], "\"text\": \"Иванов Иван\"")) << lines[2];
 }
 
 TEST_F(UiDriverTest, AnEmptyListGreysTheCommandsThatNeedAPerson) {

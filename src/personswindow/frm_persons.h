@@ -21,10 +21,12 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "platform/dao/database.h"
 #include "platform/ui/form.h"
+#include "projects/project_bar.h"
 
 namespace zelvo {
 
@@ -106,7 +108,13 @@ private:
     // no project given.
     void TakeShellCurrentFolder();
     void SetCommandsEnabled(bool enabled);
+    // The window's project, side and filter to the bar, and back after a
+    // key of the bar has changed them.
+    void GiveBarState();
+    void BarRefill();
 
+    ProjectBar bar_;
+    std::optional<std::int32_t> keepFilter_;  // the filter a change of side keeps
     dao::Database db_;
     dao::Recordset rsPersons_;
     std::string openError_;  // the engine's text when the book would not open

@@ -1,11 +1,13 @@
-#include "personslist/frm_persons.h"
+#include "personswindow/frm_persons.h"
 
 #include "hostservices/lng_text.h"
 #include "hostservices/shell_actions.h"
 #include "personslist/lvw_add_persons.h"
 #include "personslist/persons_query.h"
+#include "projects/project_state.h"
 #include "platform/core/error.h"
 #include "platform/core/value_conv.h"
+#include "platform/shell/project_paths.h"
 #include "platform/ui/ui_host.h"
 #include "store/library_state.h"
 #include "zelvo/enums.h"
@@ -32,14 +34,6 @@ constexpr ButtonDef kToolbar1[] = {
     {"Help", "Help", ui::tbrDefault},         {"Exit", "Exit", ui::tbrDefault},
 };
 
-// The three filter keys are one group: pressing one releases the others.
-// Browse and Projects are plain buttons between them.
-constexpr ButtonDef kTbPrj[] = {
-    {"Browse", "OpenFold", ui::tbrDefault},    {"CurPrj", "CloseFold", ui::tbrButtonGroup},
-    {"Projects", "Prj", ui::tbrDefault},       {"NoPrj", "NoSort", ui::tbrButtonGroup},
-    {"AllPersons", "ShowAll", ui::tbrButtonGroup},
-};
-
 constexpr ButtonDef kTbPrjProp[] = {
     {"Add", "Add2", ui::tbrDefault},
     {"Del", "Delete2", ui::tbrDefault},
@@ -56,20 +50,14 @@ std::shared_ptr<ui::ImageList> NamedImages(std::initializer_list<const char*> ke
     return images;
 }
 
-// `folder` below `root` as a project path: "A\B" for <root>/A/B/.
-std::string ProjectPathBelow(const std::string& folder, const std::string& root) {
-    std::string r = shell::ShellPaths::AddSeparator(root);
-    std::string f = shell::ShellPaths::AddSeparator(folder);
-    if (f.size() <= r.size() || f.compare(0, r.size(), r) != 0) return {};
-    std::string rel = f.substr(r.size(), f.size() - r.size() - 1);
-    for (char& c : rel)
-        if (c == '/') c = '\\';
-    return rel;
-}
-
 }  // namespace
 
-frmPersons::frmPersons() : ui::Form("frmPersons") {
+frmPersons::frmPersons()
+    : ui::Form("frmPersons"),
+      bar_(tbPrj, txtPrj, txtPrjLabel,
+           ProjectBarOptions{"frmPersons.LocalizeControls", "AllPersons", "Persons unsorted",
+                             "Projects\\Archive of completed projects", true},
+           [this] { BarRefill(); }) {
     BuildControls();
     RegisterControls();
     WireEvents();
@@ -88,7 +76,12 @@ void frmPersons::BuildControls() {
     LvwUser.SetSmallIcons(NamedImages({"User"}));
 
     AddButtons(Toolbar1, kToolbar1, std::size(kToolbar1));
-    AddButtons(tbPrj, kTbPrj, std::size(kTbPrj));
+    // The project bar makes its own keys; the pictures are the window's.
+    bar_.Build();
+    tbPrj.OnButtonClick = [this](ui::Button& b) { tbPrj_ButtonClick(b.Key()); };
+    for (auto [key, image] : {std::pair{"Browse", "OpenFold"}, {"CurPrj", "CloseFold"}, {"NoPrj", "NoSort"},
+                              {"AllPersons", "ShowAll"}})
+        tbPrj.Buttons(key).SetImage(Variant(image));
     AddButtons(TbPrjProp, kTbPrjProp, std::size(kTbPrjProp));
     Toolbar1.SetImageList(NamedImages({"User", "Import", "Export", "Delete", "Properties", "Pack", "Refresh",
                                        "Compress", "Help", "Exit"}));
@@ -139,7 +132,6 @@ void frmPersons::RegisterControls() {
 }
 
 void frmPersons::WireEvents() {
-    tbPrj.OnButtonClick = [this](ui::Button& b) { tbPrj_ButtonClick(b.Key()); };
     Toolbar1.OnButtonClick = [this](ui::Button& b) { Toolbar1_ButtonClick(b.Key()); };
     LvwUser.OnItemClick = [this](ui::ListItem& item) { LvwUser_ItemClick(item); };
     cmdOK.OnClick = [this] { cmdOK_Click(); };
@@ -178,16 +170,6 @@ void frmPersons::LocalizeControls() {
     button(Toolbar1, "Help", LngText("frmPersons.LocalizeControls", "tb1BtHelp", "Help"), {});
     button(Toolbar1, "Exit", LngText("frmPersons.LocalizeControls", "tb1BtExit", "Exit"), {});
 
-    tbPrj.Buttons("Browse").SetToolTipText(
-        LngText("frmPersons.LocalizeControls", "tbPrjBtBrowseTT", "Select a component project"));
-    tbPrj.Buttons("CurPrj").SetToolTipText(
-        LngText("frmPersons.LocalizeControls", "tbPrjBtCurPrjTT", "The current component project"));
-    tbPrj.Buttons("Projects").SetToolTipText(
-        LngText("frmPersons.LocalizeControls", "tbPrjBtProjectsTT", "Projects\\Archive of completed projects"));
-    tbPrj.Buttons("NoPrj").SetToolTipText(LngText("frmPersons.LocalizeControls", "tbPrjBtNoPrjTT", "Persons unsorted"));
-    tbPrj.Buttons("AllPersons").SetToolTipText(
-        LngText("frmPersons.LocalizeControls", "tbPrjBtAllPersonsTT", "all Persons"));
-    txtPrjLabel.SetCaption(LngText("frmPersons.LocalizeControls", "txtPrjLabel", "Project:"));
 
     cmdGoWeb.SetToolTipText(LngText("frmPersons.LocalizeControls", "cmdGoWebTT", "Visit page"));
     cmdLetter.SetToolTipText(LngText("frmPersons.LocalizeControls", "cmdLetterTT", "Write a Letter"));
@@ -269,7 +251,7 @@ void frmPersons::TakeShellCurrentFolder() {
     shell::ShellPaths& paths = ShellPaths();
     std::string folder = paths.GetCurrentFolder();
     InsArcPrj = paths.IsArchivePath(folder);
-    rProject = ProjectPathBelow(folder, InsArcPrj ? paths.GetArchiveFolder() : paths.GetDataFolder());
+    rProject = shell::ProjectPathUnderRoot(shell::CurrentProjectPaths().RootFolder(InsArcPrj), folder);
 }
 
 void frmPersons::ClearFields() {
@@ -332,9 +314,8 @@ void frmPersons::Navigate() {
 }
 
 void frmPersons::Restore_tbPrj() {
-    tbPrj.Buttons("AllPersons").SetValue(PrjFilter == AllPersons);
-    tbPrj.Buttons("NoPrj").SetValue(PrjFilter == NoPrj);
-    tbPrj.Buttons("CurPrj").SetValue(PrjFilter == CurPrj);
+    GiveBarState();
+    bar_.Restore_tbPrj();
     ui::Button& projects = tbPrj.Buttons("Projects");
     if (InsArcPrj) {
         projects.SetImage(Variant("Archive"));
@@ -346,23 +327,33 @@ void frmPersons::Restore_tbPrj() {
     }
 }
 
-// ---- Handlers
+void frmPersons::GiveBarState() {
+    zelvo::PrjFilter = static_cast<AddrFiltr>(PrjFilter);
+    bar_.rProject = rProject;
+    bar_.InsArcPrj = InsArcPrj;
+}
 
-void frmPersons::tbPrj_ButtonClick(const std::string& key) {
-    if (key == "Browse") {
-        // Choosing a project comes with the project picker; until a path is
-        // chosen the bar only shows the filter again.
-        Restore_tbPrj();
-        return;
-    }
-    if (key == "CurPrj") PrjFilter = CurPrj;
-    else if (key == "NoPrj") PrjFilter = NoPrj;
-    else if (key == "AllPersons") PrjFilter = AllPersons;
-    else if (key == "Projects") InsArcPrj = !InsArcPrj;
-    else return;
+void frmPersons::BarRefill() {
+    rProject = bar_.rProject;
+    InsArcPrj = bar_.InsArcPrj;
+    // The bar of the other windows shows the project after a change of
+    // side; this window keeps its filter, so that all persons of the
+    // archive are one click away from all persons of the live side.
+    PrjFilter = keepFilter_ ? *keepFilter_ : zelvo::PrjFilter;
     Restore_tbPrj();
     ui::CurrentUiHost().DoEvents();
     Navigate();
+}
+
+// ---- Handlers
+
+void frmPersons::tbPrj_ButtonClick(const std::string& key) {
+    GiveBarState();
+    if (key == "Projects") keepFilter_ = PrjFilter;
+    // The bar asks for the refill (BarRefill) after every key but a Browse
+    // that was cancelled, which only restores the bar.
+    bar_.tbPrj_ButtonClick(key);
+    keepFilter_.reset();
 }
 
 void frmPersons::Toolbar1_ButtonClick(const std::string& key) {

@@ -1,8 +1,8 @@
-#include "personslist/frm_persons.h"
+#include "personswindow/frm_persons.h"
 
 #include <filesystem>
 
-#include "persons_book.h"
+#include "personslist/persons_book.h"
 #include "platform/ui/scripted_host.h"
 #include "zelvo/addressbook.h"
 
@@ -29,6 +29,8 @@ protected:
     void SetUp() override {
         PersonsBookTest::SetUp();
         ShellPaths().SetCurrentFolder({});
+        // The folder of the archived project: the archive side exists.
+        std::filesystem::create_directories(ShellPaths().GetArchiveFolder() + "Old");
     }
     void TearDown() override {
         ShellPaths().SetCurrentFolder({});
@@ -70,6 +72,38 @@ TEST_F(FrmPersonsTest, TheFilterKeysRefillTheListAndTheBarShowsTheFilter) {
     form.tbPrj.UserClick("NoPrj");
     EXPECT_EQ(form.txtPrj.Text(), "");
     EXPECT_EQ(Pressed(form.tbPrj), "NoPrj");
+}
+
+TEST_F(FrmPersonsTest, BrowseTakesThePickedProjectAndACancelChangesNothing) {
+    frmPersons form;
+    form.PrjFilter = NoPrj;
+    form.Navigate();
+    form.Restore_tbPrj();
+    host_.QueueProjectPickerAnswer(std::nullopt);
+    form.tbPrj.UserClick("Browse");
+    EXPECT_EQ(form.PrjFilter, NoPrj);
+    EXPECT_EQ(Pressed(form.tbPrj), "NoPrj");
+
+    host_.QueueProjectPickerAnswer("A\\B");
+    form.tbPrj.UserClick("Browse");
+    EXPECT_EQ(form.PrjFilter, CurPrj);
+    EXPECT_EQ(form.rProject, "A\\B");
+    EXPECT_EQ(form.txtPrj.Text(), "A\\B");
+    EXPECT_EQ(Names(form.LvwUser), "Иванов Иван");
+    EXPECT_EQ(Pressed(form.tbPrj), "CurPrj");
+    ASSERT_EQ(host_.PickerLog().size(), 2u);
+    EXPECT_EQ(host_.PickerLog()[1].rootFolder, ShellPaths().GetDataFolder());
+}
+
+TEST_F(FrmPersonsTest, WithNoArchiveFolderTheSideStaysAndThePersonIsTold) {
+    std::filesystem::remove_all(ShellPaths().GetArchiveFolder());
+    frmPersons form;
+    form.PrjFilter = AllPersons;
+    form.Navigate();
+    form.tbPrj.UserClick("Projects");
+    EXPECT_FALSE(form.InsArcPrj);
+    ASSERT_EQ(host_.Log().size(), 1u);
+    EXPECT_EQ(host_.Log()[0].prompt, "Archive of is empty!");
 }
 
 TEST_F(FrmPersonsTest, CommandsThatNeedAPersonFollowWhetherTheListHasRows) {
