@@ -309,10 +309,10 @@ void RecordsetImpl::SetValue(int i, const Variant& v) {
     CheckOpen();
     if (editMode_ == 0) throw DaoError(kUpdateWithoutEdit);
     const Column& c = cols()[static_cast<size_t>(i)];
-    if (!c.updatable) throw Error(3164, "Field cannot be updated.", "DAO.Field");
+    if (!c.updatable) throw Error(kFieldNotUpdatable, DaoErrorText(kFieldNotUpdatable), "DAO.Field");
     if (c.props.IsCounter() && editMode_ == 2 && !dirty_[static_cast<size_t>(i)]) {
         // The Counter of a new row is the engine's to give.
-        throw Error(3164, "Field cannot be updated.", "DAO.Field");
+        throw Error(kFieldNotUpdatable, DaoErrorText(kFieldNotUpdatable), "DAO.Field");
     }
     buffer_[static_cast<size_t>(i)] = Coerce(c, v);
     dirty_[static_cast<size_t>(i)] = true;
