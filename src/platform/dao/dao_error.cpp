@@ -59,6 +59,11 @@ const char* Template(int number) {
                    "'%1' on machine '%2'. Try again when the database is available.";
         case kFieldExists: return "Field '%1' already exists in table '%2'.";
         case kObjectInvalid: return "Object is invalid or no longer set.";
+        case kSelectNotExecutable: return "Cannot execute a select query.";
+        case kTooManyCounters: return "Resultant table not allowed to have more than one AutoNumber field.";
+        case kFieldNotUpdatable: return "Field cannot be updated.";
+        case kNoFieldDefined: return "No field defined--cannot append TableDef or Index.";
+        case kTableMissing: return "Table '%1' does not exist.";
         case kDiskFull: return "Not enough space on disk.";
         case kDiskError: return "Disk or network error.";
         case kFieldInIndex: return "Cannot delete a field that is part of an index or is needed by the system.";

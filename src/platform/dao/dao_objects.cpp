@@ -450,7 +450,7 @@ void Database::Execute(std::string_view sql) const {
     *affected_ = 0;
     switch (tr.kind) {
         case jet::StatementKind::Select:
-            throw Error(3065, "Cannot execute a select query.", "DAO.Database");
+            throw Error(kSelectNotExecutable, DaoErrorText(kSelectNotExecutable), "DAO.Database");
         case jet::StatementKind::CreateTable: {
             std::vector<FieldProps> fields;
             for (const auto& d : tr.columnDefs) fields.push_back(propsOf(d));
@@ -460,7 +460,8 @@ void Database::Execute(std::string_view sql) const {
             return;
         }
         case jet::StatementKind::DropTable:
-            if (!c.FindTable(tr.table)) throw Error(3376, "Table '" + tr.table + "' does not exist.", "DAO.Database");
+            if (!c.FindTable(tr.table))
+                throw Error(kTableMissing, DaoErrorText(kTableMissing, tr.table), "DAO.Database");
             detail::DropTable(c, tr.table);
             return;
         case jet::StatementKind::AlterTable: {

@@ -309,10 +309,10 @@ void RecordsetImpl::SetValue(int i, const Variant& v) {
     CheckOpen();
     if (editMode_ == 0) throw DaoError(kUpdateWithoutEdit);
     const Column& c = cols()[static_cast<size_t>(i)];
-    if (!c.updatable) throw Error(3164, "Field cannot be updated.", "DAO.Field");
+    if (!c.updatable) throw Error(kFieldNotUpdatable, DaoErrorText(kFieldNotUpdatable), "DAO.Field");
     if (c.props.IsCounter() && editMode_ == 2 && !dirty_[static_cast<size_t>(i)]) {
         // The Counter of a new row is the engine's to give.
-        throw Error(3164, "Field cannot be updated.", "DAO.Field");
+        throw Error(kFieldNotUpdatable, DaoErrorText(kFieldNotUpdatable), "DAO.Field");
     }
     buffer_[static_cast<size_t>(i)] = Coerce(c, v);
     dirty_[static_cast<size_t>(i)] = true;
@@ -716,6 +716,61 @@ void RecordsetImpl::Update() {
         return -1;
     };
 
+    // The value a field of table source `t` has in the row being written:
+    // from the row's own fields when the set shows it, else from its table.
+    auto valueOf = [&](const RowKeys& keys, int t, const std::string& column) -> Variant {
+        for (size_t i = 0; i < cols().size(); ++i)
+            if (cols()[i].source == t && SameName(cols()[i].column, column) && !buffer_[i].IsNull()) return buffer_[i];
+        int slot = keySlot(t);
+        if (slot < 0 || keys[static_cast<size_t>(slot)] == kNoKey) return Variant();
+        const std::string& table = tr_->sources[static_cast<size_t>(t)].name;
+        StatementLease q = conn_->PrepareRaw("SELECT " + QuoteName(column) + " FROM " + QuoteName(table) +
+                                             " WHERE rowid = ?1");
+        sqlite3_bind_int64(q.get(), 1, keys[static_cast<size_t>(slot)]);
+        if (!conn_->Step(q.get(), table)) return Variant();
+        switch (sqlite3_column_type(q.get(), 0)) {
+            case SQLITE_INTEGER: return Variant(static_cast<std::int64_t>(sqlite3_column_int64(q.get(), 0)));
+            case SQLITE_FLOAT: return Variant(sqlite3_column_double(q.get(), 0));
+            case SQLITE_TEXT:
+                return Variant(std::string(reinterpret_cast<const char*>(sqlite3_column_text(q.get(), 0)),
+                                           static_cast<size_t>(sqlite3_column_bytes(q.get(), 0))));
+            default: return Variant();  // a key is never a picture
+        }
+    };
+    // Adds a row to the table of source `s` with the fields `colsOfSource`,
+    // and the fields an ON condition links to another table's values
+    // (Jet's "fill in the blank"); returns its rowid.
+    auto insertRow = [&](size_t s, const std::vector<int>& colsOfSource, const RowKeys& keys) {
+        const std::string& table = tr_->sources[s].name;
+        std::vector<std::string> names;
+        std::vector<Variant> values;
+        for (int ci : colsOfSource) {
+            names.push_back(cols()[static_cast<size_t>(ci)].column);
+            values.push_back(buffer_[static_cast<size_t>(ci)]);
+        }
+        for (const auto& link : tr_->joinLinks) {
+            const auto* mine = link.a.source == static_cast<int>(s) ? &link.a : link.b.source == static_cast<int>(s) ? &link.b : nullptr;
+            if (!mine) continue;
+            const auto& other = mine == &link.a ? link.b : link.a;
+            bool named = false;
+            for (const auto& n : names) named = named || SameName(n, mine->column);
+            if (named) continue;
+            Variant v = valueOf(keys, other.source, other.column);
+            if (v.IsNull()) continue;
+            names.push_back(mine->column);
+            values.push_back(std::move(v));
+        }
+        std::string list, marks;
+        for (size_t j = 0; j < names.size(); ++j) {
+            list += (j ? ", " : "") + QuoteName(names[j]);
+            marks += (j ? ", ?" : "?") + std::to_string(j + 1);
+        }
+        StatementLease ins = conn_->PrepareRaw("INSERT INTO " + QuoteName(table) + " (" + list + ") VALUES (" + marks + ")");
+        for (size_t j = 0; j < values.size(); ++j) Connection::Bind(ins.get(), static_cast<int>(j + 1), values[j]);
+        conn_->Step(ins.get(), table);
+        return sqlite3_last_insert_rowid(conn_->db());
+    };
+
     // A row of a join may be written to several tables: all of them or none.
     int tablesWritten = 0;
     for (const auto& v : bySource) tablesWritten += v.empty() ? 0 : 1;
@@ -727,7 +782,12 @@ void RecordsetImpl::Update() {
             const auto& colsOfSource = bySource[s];
             if (colsOfSource.empty()) continue;
             int slot = keySlot(static_cast<int>(s));
-            if (slot < 0 || row.keys[static_cast<size_t>(slot)] == kNoKey) throw DaoError(kRecordsetNotUpdatable);
+            if (slot < 0) throw DaoError(kRecordsetNotUpdatable);
+            if (row.keys[static_cast<size_t>(slot)] == kNoKey) {
+                // The Null side of an outer join: the row is made there.
+                row.keys[static_cast<size_t>(slot)] = insertRow(s, colsOfSource, row.keys);
+                continue;
+            }
             const std::string& table = cols()[static_cast<size_t>(colsOfSource[0])].table;
             std::int64_t key = row.keys[static_cast<size_t>(slot)];
             // Optimistic check: the row must still hold what this set read.
@@ -785,18 +845,9 @@ void RecordsetImpl::Update() {
     for (size_t s = 0; s < bySource.size(); ++s) {
         const auto& colsOfSource = bySource[s];
         if (colsOfSource.empty()) continue;
-        const std::string& table = cols()[static_cast<size_t>(colsOfSource[0])].table;
-        std::string names, marks;
-        for (size_t j = 0; j < colsOfSource.size(); ++j) {
-            names += (j ? ", " : "") + QuoteName(cols()[static_cast<size_t>(colsOfSource[j])].column);
-            marks += (j ? ", ?" : "?") + std::to_string(j + 1);
-        }
-        StatementLease ins = conn_->PrepareRaw("INSERT INTO " + QuoteName(table) + " (" + names + ") VALUES (" + marks + ")");
-        for (size_t j = 0; j < colsOfSource.size(); ++j)
-            Connection::Bind(ins.get(), static_cast<int>(j + 1), buffer_[static_cast<size_t>(colsOfSource[j])]);
-        conn_->Step(ins.get(), table);
+        std::int64_t rowid = insertRow(s, colsOfSource, added.keys);
         int slot = keySlot(static_cast<int>(s));
-        if (slot >= 0) added.keys[static_cast<size_t>(slot)] = sqlite3_last_insert_rowid(conn_->db());
+        if (slot >= 0) added.keys[static_cast<size_t>(slot)] = rowid;
     }
     whole.Commit();
     FinishReading();

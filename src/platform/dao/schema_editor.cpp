@@ -281,7 +281,7 @@ void Rebuild(Connection& c, const TableSchema& old, std::vector<FieldProps> fiel
 void CreateTable(Connection& c, const std::string& name, const std::vector<FieldProps>& fieldsIn,
                  const std::vector<std::vector<std::string>>& keys) {
     if (NameTaken(c, name)) throw DaoError(kTableExists, name);
-    if (fieldsIn.empty()) throw Error(3264, "No field defined--cannot append TableDef or Index.", "DAO.TableDefs");
+    if (fieldsIn.empty()) throw Error(kNoFieldDefined, DaoErrorText(kNoFieldDefined), "DAO.TableDefs");
     std::vector<FieldProps> fields;
     for (const auto& f : fieldsIn) {
         for (const auto& g : fields)
@@ -327,7 +327,7 @@ void AddField(Connection& c, const std::string& table, const FieldProps& field) 
     if (t.Find(field.name)) throw DaoError(kFieldExists, field.name, t.name);
     FieldProps f = Normalized(field);
     if (f.IsCounter() && t.Counter())
-        throw Error(3090, "Resultant table not allowed to have more than one AutoNumber field.", "DAO.Fields");
+        throw Error(kTooManyCounters, DaoErrorText(kTooManyCounters), "DAO.Fields");
     std::vector<FieldProps> fields = t.fields;
     std::vector<std::string> sources;
     for (const auto& g : t.fields) sources.push_back(g.name);

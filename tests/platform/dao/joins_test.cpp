@@ -90,6 +90,35 @@ TEST_F(Joins, AnUpdateOfTwoTablesWritesBothOrNeither) {
     EXPECT_EQ(ErrorOf([&] { person.Update(); }), 3167);
 }
 
+// Jet fills in the blank: a field set on the Null side of an outer join
+// makes the row there, with the join's key taken from the other side; so
+// does a new row of the join.
+TEST_F(Joins, WritingTheNullSideOfAnOuterJoinAddsTheRowThere) {
+    const std::string join =
+        "Select FullName, Employees.Comments, [Job ID] From PersonalData Left Join Employees "
+        "On PersonalData.[Personal ID] = Employees.[Personal ID]";
+    Recordset rs = db.OpenRecordset(join + " Where PersonalData.[Personal ID] = 1");
+    EXPECT_TRUE(rs("Job ID").IsNull());
+    rs.Edit();
+    rs.SetValue("Comments", "joined");
+    rs.SetValue("Job ID", 7);
+    rs.Update();
+    rs.Edit();
+    rs.SetValue("Job ID", 8);  // the row made above, not another
+    rs.Update();
+    EXPECT_EQ(Rows(db, "Select * From Employees Where [Personal ID]=1", "Job ID"), "8");
+
+    Recordset all = db.OpenRecordset(join);
+    all.AddNew();
+    all.SetValue("FullName", "Newcomer");
+    all.SetValue("Job ID", 9);
+    all.Update();
+    EXPECT_EQ(Rows(db, "Select FullName From PersonalData Inner Join Employees On "
+                       "PersonalData.[Personal ID] = Employees.[Personal ID] Where [Job ID] = 9",
+                   "FullName"),
+              "Newcomer");
+}
+
 TEST_F(Joins, FieldsOfTheSameNameInTwoTablesAreWrittenApart) {
     Recordset rs = db.OpenRecordset(
         "Select * From PersonalData Inner Join Employees On PersonalData.[Personal ID]=Employees.[Personal ID]");

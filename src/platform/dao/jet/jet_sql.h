@@ -152,6 +152,14 @@ struct Translation {
         std::string column;  // its stored name
     };
     std::vector<LookupColumn> lookupColumns;
+    // Fields of two tables that a JOIN's ON condition sets equal
+    // ("A.[ID] = B.[A ID]", in its top-level conjunction): a row added on
+    // the Null side of an outer join takes the other side's value, as Jet
+    // fills in the blank.
+    struct JoinLink {
+        LookupColumn a, b;
+    };
+    std::vector<JoinLink> joinLinks;
 
     // Insert / Update / Delete: the table written.
     std::string table;

@@ -165,6 +165,25 @@ std::optional<Translation::LookupColumn> TableFieldOf(const Expr& col, const Sou
     return found;
 }
 
+// The column pairs that ON conditions of `item` set equal, two entries a pair.
+void CollectJoinEqualities(const Expr& e, std::vector<const Expr*>& out) {
+    if (e.kind == Expr::Kind::Binary && e.op == "AND") {
+        CollectJoinEqualities(*e.args[0], out);
+        CollectJoinEqualities(*e.args[1], out);
+    } else if (e.kind == Expr::Kind::Binary && e.op == "=" && e.args[0]->kind == Expr::Kind::Column &&
+               e.args[1]->kind == Expr::Kind::Column) {
+        out.push_back(e.args[0].get());
+        out.push_back(e.args[1].get());
+    }
+}
+
+void CollectJoinEqualities(const FromItem& item, std::vector<const Expr*>& out) {
+    if (item.kind != FromItem::Kind::Join) return;
+    CollectJoinEqualities(*item.left, out);
+    CollectJoinEqualities(*item.right, out);
+    if (item.on) CollectJoinEqualities(*item.on, out);
+}
+
 struct Output {
     std::string sql;
     std::string name;
@@ -376,6 +395,15 @@ Writer::SelectResult Writer::WriteSelect(const Select& s, const NameScope* outer
     result.sql = std::move(sql);
     result.distinct = distinct;
     result.commaJoin = s.from.size() > 1;
+    if (top) {
+        std::vector<const Expr*> pairs;
+        for (const auto& item : s.from) CollectJoinEqualities(*item, pairs);
+        for (std::size_t k = 0; k + 1 < pairs.size(); k += 2) {
+            auto a = TableFieldOf(*pairs[k], scope, infos);
+            auto b = TableFieldOf(*pairs[k + 1], scope, infos);
+            if (a && b && a->source != b->source) result.joinLinks.push_back({*a, *b});
+        }
+    }
     if (top && s.where)
         for (const Expr* col : ColumnsComparedWithLiterals(*s.where))
             if (auto field = TableFieldOf(*col, scope, infos)) result.lookupColumns.push_back(std::move(*field));

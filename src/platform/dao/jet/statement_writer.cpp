@@ -139,6 +139,7 @@ Translation TranslateStatement(const Shape& shape, const Catalog& catalog) {
         tr.hiddenRowids = r.hiddenRowids;
         tr.distinct = r.distinct;
         tr.commaJoin = r.commaJoin;
+        tr.joinLinks = std::move(r.joinLinks);
         tr.lookupColumns = std::move(r.lookupColumns);
         break;
     }

@@ -67,6 +67,7 @@ public:
         bool distinct = false;
         bool commaJoin = false;
         std::vector<Translation::LookupColumn> lookupColumns;
+        std::vector<Translation::JoinLink> joinLinks;
     };
     SelectResult WriteSelect(const Select& s, const NameScope* outer, bool top);
 
