@@ -323,13 +323,9 @@ constexpr std::string_view kLibraryPrefix = "Zelvolib.";
 
 }  // namespace
 
-bool SameDispName(std::string_view a, std::string_view b) {
-    if (a.size() != b.size()) return false;
-    for (size_t i = 0; i < a.size(); ++i)
-        if (std::tolower(static_cast<unsigned char>(a[i])) != std::tolower(static_cast<unsigned char>(b[i])))
-            return false;
-    return true;
-}
+// Member and argument names compare as the engine compares table and field
+// names: one comparer for every name the library takes from a person.
+bool SameDispName(std::string_view a, std::string_view b) { return SameName(a, b); }
 
 const char* DispTypeName(DispType type) {
     switch (type) {
