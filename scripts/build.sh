@@ -17,6 +17,12 @@ case "${1:-}" in
   *) echo "usage: scripts/build.sh [--sanitize|--fuzz]" >&2; exit 2 ;;
 esac
 
+# A compiler cache, when the machine has one, makes a second build of the
+# same sources (the sanitized tree, a fresh clone) cost little.
+if command -v ccache >/dev/null; then
+  extra+=(-DCMAKE_C_COMPILER_LAUNCHER=ccache -DCMAKE_CXX_COMPILER_LAUNCHER=ccache)
+fi
+
 if [[ ! -f "$dir/build.ninja" ]]; then
   cmake -S "$root" -B "$dir" -G Ninja "${extra[@]}" >&2
 fi

@@ -6,7 +6,7 @@ set -euo pipefail
 
 packages=(
   # toolchain
-  g++ clang cmake ninja-build pkg-config
+  g++ clang cmake ninja-build pkg-config ccache
   libclang-rt-14-dev            # libFuzzer and the sanitizer runtimes for clang
   # the library's dependencies
   libsqlite3-dev libicu-dev
