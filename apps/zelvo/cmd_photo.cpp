@@ -10,7 +10,7 @@
 #include "platform/core/value_conv.h"
 #include "platform/imaging/encode_png.h"
 #include "store/library_state.h"
-#include "zelvo/db_photo.h"
+#include "photos/db_photo.h"
 
 namespace zelvo::cli {
 

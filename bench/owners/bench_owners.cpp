@@ -40,7 +40,7 @@
 #include "store/library_state.h"
 #include "support/reference_jpeg.h"
 #include "synthetic_book.h"
-#include "zelvo/db_photo.h"
+#include "photos/db_photo.h"
 
 namespace {
 

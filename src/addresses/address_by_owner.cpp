@@ -1,4 +1,4 @@
-#include "zelvo/address_by_owner.h"
+#include "addresses/address_by_owner.h"
 
 #include "addresses/standard_address.h"
 #include "platform/core/error.h"

@@ -5,9 +5,9 @@
 #include "automation/dispatch_table.h"
 #include "platform/core/value_conv.h"
 #include "platform/imaging/picture.h"
-#include "zelvo/address_by_owner.h"
+#include "addresses/address_by_owner.h"
 #include "zelvo/address_fields.h"
-#include "zelvo/db_photo.h"
+#include "photos/db_photo.h"
 
 namespace zelvo {
 

@@ -1,4 +1,4 @@
-#include "zelvo/db_photo.h"
+#include "photos/db_photo.h"
 
 #include <algorithm>
 #include <cmath>

@@ -5,7 +5,7 @@
 #include "personslist/lvw_add_persons.h"
 #include "platform/core/error.h"
 #include "store/library_state.h"
-#include "zelvo/db_photo.h"
+#include "photos/db_photo.h"
 
 namespace zelvo {
 

@@ -4,7 +4,7 @@
 
 #include "personslist/persons_book.h"
 #include "platform/core/error.h"
-#include "zelvo/address_by_owner.h"
+#include "addresses/address_by_owner.h"
 #include "zelvo/enums.h"
 
 namespace zelvo::testing {

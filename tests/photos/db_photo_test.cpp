@@ -1,6 +1,6 @@
 // dbPhoto: photos stored byte for byte, refused when they are no pictures,
 // found by mail address, scaled to fit.
-#include "zelvo/db_photo.h"
+#include "photos/db_photo.h"
 
 #include <filesystem>
 #include <fstream>

@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-#include "zelvo/db_photo.h"
+#include "photos/db_photo.h"
 
 namespace zelvo {
 namespace {

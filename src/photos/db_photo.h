@@ -15,6 +15,11 @@
 //
 // Like the book's other calls these pass over failures and answer False;
 // only AddPhoto tells the person something ("Invalid image").
+//
+// Hosts reach dbPhoto by name through the dispatch registry (CreateObject,
+// zelvo call --class, the Python module). Its typed C++ face stays inside
+// the library until it keeps its database behind a pointer of its own:
+// this header still needs the engine's record set types.
 #pragma once
 
 #include <cstdint>

@@ -11,6 +11,11 @@
 //   a.SetAppPath(dir);
 //   a.InitDB();
 //   if (a.SelectOwner(5, oPersonal_ID)) print(a.AddressFields().City);
+//
+// Hosts reach AddressByOwner by name through the dispatch registry (CreateObject,
+// zelvo call --class, the Python module). Its typed C++ face stays inside
+// the library until it keeps its database behind a pointer of its own:
+// this header still needs the engine's record set types.
 #pragma once
 
 #include <cstdint>
