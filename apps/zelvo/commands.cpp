@@ -16,6 +16,7 @@ extern const Command kCompactCommand;
 extern const Command kCallCommand;
 extern const Command kListCommand;
 extern const Command kProjectsCommand;
+extern const Command kPhotoCommand;
 
 std::span<const Command> Commands() {
     static const std::vector<Command> table = {
@@ -27,6 +28,7 @@ std::span<const Command> Commands() {
         kVcardCommand,
         kCorrectDbCommand,
         kCompactCommand,
+        kPhotoCommand,
     };
     return table;
 }

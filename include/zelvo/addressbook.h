@@ -107,6 +107,10 @@ public:
     // Adds the rows of the copy, none twice; failures are reported.
     void rProjectCopied(const std::string& rProjectFrom, const std::string& rProjectTo, bool InsArcPrjFrom = false,
                         bool InsArcPrjTo = false);
+    // Whether the owner (Owner_ID, OwnerType) has at least one resource of
+    // kind resType (0 phone, 1 web page, 2 e-mail, 4 ICQ). False when the
+    // book cannot be read.
+    bool ResourceExists(std::int32_t Owner_ID, std::int32_t OwnerType, std::int32_t resType);
 
     // Navigate's office objects (organizations and subdivisions: owner type
     // 1; job titles: 2; employees: 4) are listed by the organizations part of

@@ -3,6 +3,7 @@
 #include "personslist/lvw_add_persons.h"
 #include "personslist/persons_query.h"
 #include "platform/core/error.h"
+#include "resources/resource_ops.h"
 #include "store/compress_db.h"
 #include "store/correct_db.h"
 #include "store/library_state.h"
@@ -78,6 +79,11 @@ void cAddressbook::Navigate(ui::ListView* Listview1, ui::DataControl* /*DataPers
         if (db.IsOpen()) db.Close();
         Err().Clear();
     }
+}
+
+bool cAddressbook::ResourceExists(std::int32_t Owner_ID, std::int32_t OwnerType, std::int32_t resType) {
+    EnterCall();
+    return OwnerHasResource(Owner_ID, OwnerType, resType);
 }
 
 }  // namespace zelvo

@@ -1,5 +1,6 @@
-// The dispatch table of cAddressbook. Each later member joins it with one
-// entry in kMembers (its signature) and one binder (the call).
+// The late binding of the public classes, and the dispatch table of
+// cAddressbook. Each later member of cAddressbook joins it with one entry in
+// Members() (its signature and its call).
 #include "zelvo/dispatch.h"
 
 #include <cctype>
@@ -9,6 +10,7 @@
 #include <functional>
 #include <limits>
 
+#include "automation/dispatch_table.h"
 #include "platform/core/error.h"
 #include "zelvo/addressbook.h"
 
@@ -78,21 +80,12 @@ std::int64_t ToWhole(const Variant& value, std::int64_t lo, std::int64_t hi) {
 
 // ---- the members
 
-using Binder = std::function<Variant(cAddressbook&, std::vector<Variant>&, std::vector<DispObject>&)>;
+using Entry = DispEntry<cAddressbook>;
 
 template <class T>
 T* Obj(const DispObject& o) {
-    if (std::holds_alternative<std::monostate>(o)) return nullptr;
-    if (auto p = std::get_if<T*>(&o)) return *p;
-    Raise(13, "Type mismatch");
+    return ObjectArg<T>(o);
 }
-
-struct Entry {
-    DispMember info;
-    Binder call;  // methods
-    std::function<Variant(const cAddressbook&)> get = nullptr;          // properties
-    std::function<void(cAddressbook&, const Variant&)> set = nullptr;  // properties; the value converted
-};
 
 Variant ZeroOf(DispType type) {
     switch (type) {
@@ -297,6 +290,11 @@ const std::vector<Entry>& Members() {
          [](cAddressbook& b, std::vector<Variant>& v, std::vector<DispObject>&) {
              b.rProjectCopied(v[0].text(), v[1].text(), v[2].boolean(), v[3].boolean());
              return Variant();
+        {{"ResourceExists", DispKind::Method,
+          {DispParam{"Owner_ID", T::Long}, DispParam{"OwnerType", T::Long}, DispParam{"resType", T::Long}}, T::Boolean, false,
+          "whether the owner has a resource of the kind (0 phone, 1 page, 2 e-mail, 4 ICQ)"},
+         [](cAddressbook& b, std::vector<Variant>& v, std::vector<DispObject>&) {
+             return Variant(b.ResourceExists(Long(v[0]), Long(v[1]), Long(v[2])));
          }},
         // Properties.
         {{"rProject", DispKind::Property, {}, T::String, false, "the current project's path"}, nullptr,
@@ -321,18 +319,17 @@ const std::vector<Entry>& Members() {
     return members;
 }
 
-const Entry* FindEntry(std::string_view name) {
-    for (const auto& e : Members())
-        if (SameName(e.info.name, name)) return &e;
-    return nullptr;
+// The member of `cls` named `name`; 438 when there is none, or when a
+// property is asked for and it is a method.
+const DispMember& MemberOf(const DispClass& cls, std::string_view name, bool property) {
+    const DispMember* m = cls.FindMember(name);
+    if (!m || (property && m->kind != DispKind::Property))
+        Raise(438, "Object doesn't support this property or method");
+    return *m;
 }
 
-const Entry& PropertyEntry(std::string_view name) {
-    const Entry* e = FindEntry(name);
-    if (!e || e->info.kind != DispKind::Property)
-        Raise(438, "Object doesn't support this property or method");
-    return *e;
-}
+// The type library's name, which a class name may carry before a dot.
+constexpr std::string_view kLibraryPrefix = "Zelvolib.";
 
 }  // namespace
 
@@ -381,34 +378,38 @@ Variant CoerceTo(const Variant& value, DispType type) {
     Raise(13, "Type mismatch");
 }
 
-std::span<const DispMember> cAddressbookMembers() {
-    static const std::vector<DispMember> infos = [] {
-        std::vector<DispMember> v;
-        for (const auto& e : Members()) v.push_back(e.info);
-        return v;
-    }();
-    return infos;
+DispClass::DispClass(std::string name, std::vector<DispMember> members, std::vector<Binding> bindings,
+                     Factory factory)
+    : name_(std::move(name)), members_(std::move(members)), bindings_(std::move(bindings)),
+      factory_(std::move(factory)) {}
+
+const DispMember* DispClass::FindMember(std::string_view name) const {
+    for (const DispMember& m : members_)
+        if (SameName(m.name, name)) return &m;
+    return nullptr;
 }
 
-const DispMember* FindcAddressbookMember(std::string_view name) {
-    const Entry* e = FindEntry(name);
-    if (!e) return nullptr;
-    size_t index = static_cast<size_t>(e - Members().data());
-    return &cAddressbookMembers()[index];
+std::shared_ptr<DispatchObject> DispClass::Create() const {
+    if (!factory_) Raise(429, "ActiveX component can't create object");
+    return factory_(*this);
 }
 
-Variant Invoke(cAddressbook& book, std::string_view name, std::vector<DispArg>& args) {
-    const Entry* entry = FindEntry(name);
-    if (!entry) Raise(438, "Object doesn't support this property or method");
-    if (entry->info.kind == DispKind::Property) {
-        if (args.empty()) return GetProperty(book, name);
+const DispClass::Binding& DispClass::BindingOf(const DispMember& member) const {
+    return bindings_[static_cast<size_t>(&member - members_.data())];
+}
+
+DispResult DispatchObject::Invoke(std::string_view name, std::vector<DispArg>& args) {
+    const DispClass& cls = Class();
+    const DispMember& member = MemberOf(cls, name, false);
+    if (member.kind == DispKind::Property) {
+        if (args.empty()) return GetProperty(name);
         if (args.size() == 1 && args[0].value) {
-            SetProperty(book, name, *args[0].value);
+            SetProperty(name, *args[0].value);
             return Variant();
         }
         Raise(450, "Wrong number of arguments or invalid property assignment");
     }
-    const auto& params = entry->info.params;
+    const auto& params = member.params;
     if (args.size() > params.size()) Raise(450, "Wrong number of arguments or invalid property assignment");
 
     std::vector<Variant> values(params.size());
@@ -416,14 +417,14 @@ Variant Invoke(cAddressbook& book, std::string_view name, std::vector<DispArg>& 
     for (size_t i = 0; i < params.size(); ++i) {
         const DispParam& p = params[i];
         const DispArg* a = i < args.size() ? &args[i] : nullptr;
-        bool given = a && (a->value || !std::holds_alternative<std::monostate>(a->object));
+        bool given = a && (a->value || a->HasObject());
         if (!given) {
             if (!p.optional) Raise(449, "Argument not optional: " + p.name);
             values[i] = p.defaultValue ? *p.defaultValue : ZeroOf(p.type);
             continue;
         }
         if (p.type == DispType::Object) {
-            if (std::holds_alternative<std::monostate>(a->object)) Raise(424, "Object required: " + p.name);
+            if (!a->HasObject()) Raise(424, "Object required: " + p.name);
             objects[i] = a->object;
         } else {
             if (!a->value) Raise(13, "Type mismatch: " + p.name);
@@ -431,18 +432,62 @@ Variant Invoke(cAddressbook& book, std::string_view name, std::vector<DispArg>& 
         }
     }
 
-    Variant result = entry->call(book, values, objects);
+    DispResult result = cls.BindingOf(member).call(*this, values, objects);
 
     for (size_t i = 0; i < params.size() && i < args.size(); ++i)
         if (params[i].byRef && params[i].type != DispType::Object && args[i].value) args[i].value = values[i];
     return result;
 }
 
-Variant GetProperty(const cAddressbook& book, std::string_view name) { return PropertyEntry(name).get(book); }
+DispResult DispatchObject::GetProperty(std::string_view name) const {
+    const DispClass& cls = Class();
+    return cls.BindingOf(MemberOf(cls, name, true)).get(*this);
+}
+
+void DispatchObject::SetProperty(std::string_view name, const Variant& value) {
+    const DispClass& cls = Class();
+    const DispMember& member = MemberOf(cls, name, true);
+    const DispClass::Binding& binding = cls.BindingOf(member);
+    if (member.readOnly || !binding.set) Raise(383, "Property is read-only");
+    binding.set(*this, CoerceTo(value, *member.result));
+}
+
+const DispClass* FindPublicClass(std::string_view name) {
+    if (name.size() > kLibraryPrefix.size() && SameName(name.substr(0, kLibraryPrefix.size()), kLibraryPrefix))
+        name.remove_prefix(kLibraryPrefix.size());
+    for (const DispClass* cls : PublicClasses())
+        if (SameName(cls->Name(), name)) return cls;
+    return nullptr;
+}
+
+std::shared_ptr<DispatchObject> CreateObject(std::string_view className) {
+    const DispClass* cls = FindPublicClass(className);
+    if (!cls) Raise(429, "ActiveX component can't create object");
+    return cls->Create();
+}
+
+const DispClass& cAddressbookClass() {
+    static const DispClass cls = MakeDispClass<cAddressbook>("cAddressbook", Members());
+    return cls;
+}
+
+std::span<const DispMember> cAddressbookMembers() { return cAddressbookClass().Members(); }
+
+const DispMember* FindcAddressbookMember(std::string_view name) { return cAddressbookClass().FindMember(name); }
+
+Variant Invoke(cAddressbook& book, std::string_view name, std::vector<DispArg>& args) {
+    DispatchHandle<cAddressbook> handle(cAddressbookClass(), book);
+    return handle.Invoke(name, args).ValueOrNull();
+}
+
+Variant GetProperty(const cAddressbook& book, std::string_view name) {
+    DispatchHandle<cAddressbook> handle(cAddressbookClass(), const_cast<cAddressbook&>(book));
+    return handle.GetProperty(name).ValueOrNull();
+}
 
 void SetProperty(cAddressbook& book, std::string_view name, const Variant& value) {
-    const Entry& e = PropertyEntry(name);
-    e.set(book, CoerceTo(value, *e.info.result));
+    DispatchHandle<cAddressbook> handle(cAddressbookClass(), book);
+    handle.SetProperty(name, value);
 }
 
 }  // namespace zelvo

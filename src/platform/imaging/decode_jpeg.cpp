@@ -54,7 +54,9 @@ void OnProgress(j_common_ptr cinfo) {
 
 bool LooksLikeJpeg(Bytes b) { return b.size() >= 3 && b[0] == 0xFF && b[1] == 0xD8 && b[2] == 0xFF; }
 
-Picture DecodeJpeg(Bytes b) {
+Picture DecodeJpeg(Bytes b) { return DecodeJpeg(b, 0, 0); }
+
+Picture DecodeJpeg(Bytes b, int minWidth, int minHeight) {
     jpeg_decompress_struct cinfo{};
     ErrorManager err{};
     jpeg_progress_mgr progress{};
@@ -80,6 +82,16 @@ Picture DecodeJpeg(Bytes b) {
         if (w <= 0 || h <= 0 || w * h > kMaxPicturePixels) {
             jpeg_destroy_decompress(&cinfo);
             AllocatePicture(pic, w, h);  // throws with the reason
+        }
+    }
+    if (minWidth > 0 && minHeight > 0) {
+        for (unsigned denom = 8; denom >= 2; denom /= 2) {
+            if ((cinfo.image_width + denom - 1) / denom >= unsigned(minWidth) &&
+                (cinfo.image_height + denom - 1) / denom >= unsigned(minHeight)) {
+                cinfo.scale_num = 1;
+                cinfo.scale_denom = denom;
+                break;
+            }
         }
     }
     jpeg_start_decompress(&cinfo);

@@ -33,6 +33,10 @@ bool LooksLikeBmp(Bytes b);
 bool LooksLikePnm(Bytes b);
 
 Picture DecodeJpeg(Bytes b);
+// The same at the smallest of the scales 1/2, 1/4, 1/8 the decoder offers
+// whose picture still has at least minWidth x minHeight pixels (or at full
+// size when none does). Decoding at a reduced scale skips most of the work.
+Picture DecodeJpeg(Bytes b, int minWidth, int minHeight);
 Picture DecodePng(Bytes b);
 Picture DecodeGif(Bytes b);
 Picture DecodeTiff(Bytes b);

@@ -30,11 +30,16 @@ void AllocatePicture(Picture& p, std::int64_t width, std::int64_t height) {
 }  // namespace detail
 
 std::optional<Picture> PictureLoader::PictureFromBytes(std::span<const std::uint8_t> Bytes) {
+    return PictureFromBytes(Bytes, 0, 0);
+}
+
+std::optional<Picture> PictureLoader::PictureFromBytes(std::span<const std::uint8_t> Bytes, int minWidth,
+                                                       int minHeight) {
     using namespace detail;
     lastError_ = {};
     try {
         Picture p;
-        if (LooksLikeJpeg(Bytes)) p = DecodeJpeg(Bytes);
+        if (LooksLikeJpeg(Bytes)) p = DecodeJpeg(Bytes, minWidth, minHeight);
         else if (LooksLikePng(Bytes)) p = DecodePng(Bytes);
         else if (LooksLikeGif(Bytes)) p = DecodeGif(Bytes);
         else if (LooksLikeTiff(Bytes)) p = DecodeTiff(Bytes);

@@ -39,6 +39,12 @@ public:
     // Decodes the content of a photo field. Same contract as LoadPicture.
     std::optional<Picture> PictureFromBytes(std::span<const std::uint8_t> Bytes);
 
+    // The same for a picture that is only to be shown shrunk to fit
+    // minWidth x minHeight: a JPEG is decoded at the smallest reduced scale
+    // that still covers that size, so the picture may be smaller than the
+    // file's (by 2, 4 or 8). Other formats decode at full size.
+    std::optional<Picture> PictureFromBytes(std::span<const std::uint8_t> Bytes, int minWidth, int minHeight);
+
     // The outcome of the last load: Number 0 after a success.
     const LoadError& LastError() const { return lastError_; }
 

@@ -14,6 +14,10 @@ struct PictureBox {
     int Height = 0;  // twips
     std::int32_t BackColor = 0xFFFFFF;  // 0x00BBGGRR
     std::shared_ptr<imaging::Picture> Picture;
+    // What has been drawn on the box (its persistent drawing surface); a
+    // caller that wants to keep a drawing makes it the Picture.
+    std::shared_ptr<imaging::Picture> Image;
+    int BorderStyle = 0;  // 0 none, 1 a fixed single line
 };
 
 }  // namespace zelvo::ui

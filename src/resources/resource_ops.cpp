@@ -1,0 +1,197 @@
+#include "resources/resource_ops.h"
+
+#include <vector>
+
+#include "hostservices/lng_text.h"
+#include "hostservices/message_wrappers.h"
+#include "personslist/persons_query.h"
+#include "platform/core/error.h"
+#include "platform/core/value_conv.h"
+#include "platform/ui/ui_host.h"
+#include "resources/resource_queries.h"
+#include "store/library_state.h"
+
+namespace zelvo {
+
+namespace {
+
+bool BlankAfterTrim(const std::string& text) { return text.find_first_not_of(" \t") == std::string::npos; }
+
+std::string ResourceCriteria(std::int32_t ResourceID) { return "[Resource ID]=" + std::to_string(ResourceID); }
+
+bool HasCurrentRow(const dao::Recordset& rs, const OnErrorResumeNext& on) {
+    return on.Resume([&] { return rs.AbsolutePosition() != -1; });
+}
+
+// The book opened a second time, closed however the routine ends.
+struct OwnDatabase {
+    dao::Database db;
+    explicit OwnDatabase(const OnErrorResumeNext& on) {
+        db = on.Resume([] { return DBEngine().OpenDatabase(DatabasePath(), false, false, "Access"); });
+    }
+    ~OwnDatabase() {
+        try {
+            if (db.IsOpen()) db.Close();
+        } catch (const Error&) {
+        }
+    }
+    bool IsOpen() const { return db.IsOpen(); }
+};
+
+}  // namespace
+
+std::int32_t AddResource(dao::Recordset& RsResources, dao::Recordset& RsOwners, const std::string& Text,
+                         std::int32_t ResType, std::int32_t OwnerID, std::int32_t OwnerType) {
+    if (BlankAfterTrim(Text)) return 0;
+    OnErrorResumeNext on("AddResource");
+    std::int32_t id = 0;
+    bool added = on.Do([&] {
+        RsResources.AddNew();
+        RsResources.SetValue("ResourceString", Variant(Text));
+        RsResources.SetValue("ResourceType", Variant(std::int64_t{ResType}));
+        // The Counter is numbered at AddNew; read it before Update, which
+        // makes the record that was current before current again.
+        id = ValueConv::ToLong(RsResources("Resource ID"));
+        RsResources.Update();
+    });
+    if (!added) {
+        on.Do([&] { RsResources.CancelUpdate(); });
+        return 0;
+    }
+    on.Do([&] { RsResources.Requery(); });
+    on.Do([&] {
+        RsOwners.AddNew();
+        RsOwners.SetValue("Resource ID", Variant(std::int64_t{id}));
+        RsOwners.SetValue("Owner ID", Variant(std::int64_t{OwnerID}));
+        RsOwners.SetValue("OwnerType", Variant(std::int64_t{OwnerType}));
+        RsOwners.Update();
+    });
+    on.Do([&] { RsOwners.Requery(); });
+    return id;
+}
+
+void ResourceAfterLabelEdit(dao::Recordset& RsList, dao::Recordset& RsResources, bool& Cancel,
+                            const std::string& NewString) {
+    if (BlankAfterTrim(NewString)) {
+        Cancel = true;
+        return;
+    }
+    OnErrorResumeNext on("ResourceAfterLabelEdit");
+    std::int32_t id = on.Resume([&] { return ValueConv::ToLong(RsList("Resource ID")); });
+    if (!FindResource(id, RsResources)) return;
+    on.Do([&] {
+        RsResources.Edit();
+        RsResources.SetValue("ResourceString", Variant(NewString));
+        RsResources.Update();
+    });
+}
+
+bool FindResource(std::int32_t ResourceID, dao::Recordset& RsResources) {
+    OnErrorResumeNext on("Module1.FindResource");
+    if (!on.Do([&] { RsResources.MoveFirst(); })) return false;
+    if (!on.Do([&] { RsResources.FindFirst(ResourceCriteria(ResourceID)); })) return false;
+    return !on.Resume([&] { return RsResources.NoMatch(); }, true);
+}
+
+void DeleteResByID(std::int32_t ResourceID, dao::Recordset& RsResources) {
+    OnErrorResumeNext on("Module1.DeleteResByID");
+    on.Do([&] { RsResources.MoveFirst(); });
+    on.Do([&] { RsResources.FindFirst(ResourceCriteria(ResourceID)); });
+    if (on.Resume([&] { return RsResources.NoMatch(); }, true)) {
+        UniMsgBox(LngText("Module1.DeleteResByID", "msg", "Resource was not found in database!"), ui::vbExclamation);
+        return;
+    }
+    on.Do([&] { RsResources.Delete(); });
+}
+
+int DeleteRes2(dao::Recordset& RsResources, dao::Recordset& RsOwners, std::int32_t ResourceID, std::int32_t OwnerID,
+               std::int32_t OwnerType) {
+    OnErrorResumeNext on("Module1.DeleteRes2");
+    OwnDatabase second(on);
+    on.Do([&] { RsOwners.MoveFirst(); });
+    on.Do([&] {
+        RsOwners.FindFirst(ResourceCriteria(ResourceID) + " and [Owner ID]=" + std::to_string(OwnerID) +
+                           " and [OwnerType]=" + std::to_string(OwnerType));
+    });
+    if (on.Resume([&] { return RsOwners.NoMatch(); }, true)) {
+        UniMsgBox(LngText("Module1.DeleteRes2", "msg", "Resource was not found in database!"), ui::vbExclamation);
+        return 0;
+    }
+    on.Do([&] { RsOwners.Delete(); });
+    on.Do([&] { RsOwners.Requery(); });
+
+    // The row goes with its last link: read through the second database,
+    // which sees the link just deleted as gone.
+    if (!second.IsOpen()) return 1;
+    dao::Recordset left = on.Resume([&] {
+        return second.db.OpenRecordset("Select * from ResourcesOwners" + std::string(" Where [Resource ID]=") +
+                                       std::to_string(ResourceID) + ";");
+    });
+    if (left && !HasCurrentRow(left, on)) {
+        DeleteResByID(ResourceID, RsResources);
+        on.Do([&] { RsResources.Requery(); });
+    }
+    if (left) on.Do([&] { left.Close(); });
+    return 1;
+}
+
+bool DeleteOwnerResources(std::int32_t OwnerID, std::int32_t OwnerType, dao::Recordset& RsResources) {
+    if (OwnerID == 0) return false;
+    OnErrorResumeNext on("Module1.DeleteOwnerResources");
+    OwnDatabase own(on);
+    if (!own.IsOpen()) return true;
+    dao::Recordset links = on.Resume([&] { return own.db.OpenRecordset(SqlOwnerLinks(OwnerID, OwnerType)); });
+    if (!links) return true;
+    // DeleteRes2 re-queries the links after each removal, so the first row
+    // is always the next one to go. A removal that fails would leave the
+    // same row first for ever; it ends the loop.
+    while (HasCurrentRow(links, on)) {
+        std::int32_t resourceId = on.Resume([&] { return ValueConv::ToLong(links("Resource ID")); });
+        if (DeleteRes2(RsResources, links, resourceId, OwnerID, OwnerType) == 0) break;
+    }
+    on.Do([&] { links.Close(); });
+    return true;
+}
+
+bool DeletePersonResources(std::int32_t PersonalID) {
+    if (PersonalID == 0) return false;
+    OnErrorResumeNext on("Module1.DeletePersonResources");
+    OwnDatabase own(on);
+    if (!own.IsOpen()) return false;
+    dao::Recordset links = on.Resume([&] { return own.db.OpenRecordset(SqlPersonLinks(PersonalID)); });
+    if (!links) return false;
+
+    std::vector<std::int32_t> noted;
+    on.Do([&] { links.MoveLast(); });
+    while (HasCurrentRow(links, on)) {
+        noted.push_back(on.Resume([&] { return ValueConv::ToLong(links("Resource ID")); }));
+        if (!on.Do([&] { links.Delete(); })) break;
+        on.Do([&] { links.MovePrevious(); });
+        if (on.Resume([&] { return links.IsBOF(); }, true)) break;
+    }
+    on.Do([&] { links.Close(); });
+
+    for (std::int32_t resourceId : noted) {
+        const std::string id = std::to_string(resourceId);
+        dao::Recordset left =
+            on.Resume([&] { return own.db.OpenRecordset("Select * from ResourcesOwners Where [Resource ID]=" + id + ";"); });
+        bool shared = !left || HasCurrentRow(left, on);
+        if (left) on.Do([&] { left.Close(); });
+        if (!shared) on.Do([&] { own.db.Execute("Delete from Resources Where [Resource ID]=" + id + ";"); });
+    }
+    return true;
+}
+
+bool OwnerHasResource(std::int32_t OwnerID, std::int32_t OwnerType, std::int32_t ResType) {
+    OnErrorResumeNext on("cAddressbook.ResourceExists");
+    OwnDatabase own(on);
+    if (!own.IsOpen()) return false;
+    dao::Recordset rs = on.Resume([&] {
+        return own.db.OpenRecordset(GetOwnerResourcesQuery(TableColumnList("Resources", own.db), OwnerID, OwnerType, ResType));
+    });
+    bool found = rs && HasCurrentRow(rs, on);
+    if (rs) on.Do([&] { rs.Close(); });
+    return found;
+}
+
+}  // namespace zelvo
