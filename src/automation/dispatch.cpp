@@ -290,6 +290,7 @@ const std::vector<Entry>& Members() {
          [](cAddressbook& b, std::vector<Variant>& v, std::vector<DispObject>&) {
              b.rProjectCopied(v[0].text(), v[1].text(), v[2].boolean(), v[3].boolean());
              return Variant();
+         }},
         {{"ResourceExists", DispKind::Method,
           {DispParam{"Owner_ID", T::Long}, DispParam{"OwnerType", T::Long}, DispParam{"resType", T::Long}}, T::Boolean, false,
           "whether the owner has a resource of the kind (0 phone, 1 page, 2 e-mail, 4 ICQ)"},
