@@ -2,6 +2,7 @@
 // to the projects and to Navigate.
 #include "automation/office_side.h"
 #include "organizations/db_zelvo.h"
+#include "organizations/office_objects.h"
 #include "organizations/org_model.h"
 #include "organizations/own_database.h"
 #include "platform/core/error.h"
@@ -14,6 +15,13 @@ void InstallOfficeSide() {
     OrgDeleter current = SetOrgDeleter(nullptr);
     if (!current) current = [](std::int32_t id) { return dbZelvo().DeleteOrg(id); };
     SetOrgDeleter(std::move(current));
+
+    cAddressbook::OfficeObjectsNavigator navigator = cAddressbook::SetOfficeObjectsNavigator(nullptr);
+    if (!navigator)
+        navigator = [](cAddressbook& book, ui::ListView& list, const dao::Database& db, std::int32_t ownerType) {
+            NavigateABObjectsInsPrj(ownerType, list, book.rProject, book.InsArcPrj, book.Flags2, book.tagOffset, db);
+        };
+    cAddressbook::SetOfficeObjectsNavigator(std::move(navigator));
 }
 
 std::string cAddressbook::AddNewOfficeObject(ui::DataControl*, std::int32_t ObjType, std::int32_t& Parent_ID,

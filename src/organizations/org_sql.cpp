@@ -22,6 +22,18 @@ std::string InProject(std::int32_t ownerType, const std::string& rProject, bool 
            " and Projects.InsArcPrj=" + ValueConv::BoolToSql(InsArcPrj);
 }
 
+// The column list of a saved query, in TableColumnList's form: the book
+// keeps OrgPrj as a query, whose fields are read from an empty opening.
+std::string QueryColumnList(const std::string& query, const dao::Database& db) {
+    dao::Recordset rs = db.OpenRecordset("Select * from [" + query + "] Where False;", dao::dbOpenSnapshot);
+    std::string list;
+    auto fields = rs.Fields();
+    for (int i = 0; i < fields.Count(); ++i)
+        list += (i ? ", [" : "[") + query + "].[" + fields.Item(i).Name() + "]";
+    rs.Close();
+    return list + " ";
+}
+
 }  // namespace
 
 std::string OrgChildrenSQL(std::int32_t id) {
@@ -67,7 +79,7 @@ std::string RoomsOfLevelSQL(std::int32_t OrganizationID, std::int32_t rParent_ID
 
 std::string OrgsInProjectSQL(const std::string& rProject, bool InsArcPrj, const dao::Database& db) {
     if (rProject.empty()) {
-        return "SELECT " + TableColumnList("Organizations", db) + "," + TableColumnList("OrgPrj", db) +
+        return "SELECT " + TableColumnList("Organizations", db) + "," + QueryColumnList("OrgPrj", db) +
                " FROM Organizations left JOIN  OrgPrj ON OrgPrj.[Owner ID] = Organizations.[Organization ID] "
                " WHERE (((OrgPrj.Project) Is Null) and (Organizations.[Parent ID] is null  or  "
                "Organizations.[Parent ID]=0)  ); ";
