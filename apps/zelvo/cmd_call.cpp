@@ -163,6 +163,12 @@ int RunCall(std::span<const std::string> args) {
                 ui::ListView& lv = lists.emplace_back();
                 lv.SetView(ui::lvwReport);
                 for (const char* h : {"Name", "Type", "E-mail"}) lv.ColumnHeaders().Add(h);
+                // The icons of every kind of row, as a host's list has them:
+                // without them Navigate adds no office objects.
+                auto icons = std::make_shared<ui::ImageList>();
+                for (const char* key : {"User", "Org", "SubDiv", "JobTitle", "Employee"})
+                    icons->ListImages().Add(key, nullptr);
+                lv.SetSmallIcons(icons);
                 listArgs.emplace_back(p.name, &lv);
                 dispArgs.emplace_back(&lv);
             }

@@ -17,6 +17,7 @@ extern const Command kCallCommand;
 extern const Command kListCommand;
 extern const Command kProjectsCommand;
 extern const Command kPhotoCommand;
+extern const Command kOrgCommand;
 
 std::span<const Command> Commands() {
     static const std::vector<Command> table = {
@@ -29,6 +30,7 @@ std::span<const Command> Commands() {
         kCorrectDbCommand,
         kCompactCommand,
         kPhotoCommand,
+        kOrgCommand,
     };
     return table;
 }
