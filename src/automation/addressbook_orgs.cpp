@@ -4,7 +4,7 @@
 #include "organizations/db_zelvo.h"
 #include "organizations/office_objects.h"
 #include "organizations/org_model.h"
-#include "organizations/own_database.h"
+#include "store/own_database.h"
 #include "platform/core/error.h"
 #include "projects/org_deletion.h"
 #include "zelvo/addressbook.h"

@@ -5,7 +5,7 @@
 #include "hostservices/lng_text.h"
 #include "hostservices/message_wrappers.h"
 #include "organizations/org_codes.h"
-#include "organizations/own_database.h"
+#include "store/own_database.h"
 #include "platform/core/error.h"
 #include "platform/core/value_conv.h"
 #include "zelvo/enums.h"

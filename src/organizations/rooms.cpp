@@ -6,7 +6,7 @@
 #include "hostservices/lng_text.h"
 #include "hostservices/message_wrappers.h"
 #include "organizations/org_model.h"
-#include "organizations/own_database.h"
+#include "store/own_database.h"
 #include "platform/core/error.h"
 #include "platform/core/value_conv.h"
 #include "platform/ui/ui_host.h"

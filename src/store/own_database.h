@@ -1,6 +1,6 @@
 // The book opened by a routine for itself, closed however the routine
 // ends. Opening passes over a failure (the routine then finds it closed),
-// as the routines of the office side do.
+// as the routines that open the book beside a window's own do.
 #pragma once
 
 #include "platform/core/error.h"
