@@ -10,6 +10,7 @@
 #include "command.h"
 #include "control_json.h"
 #include "json_writer.h"
+#include "member_call.h"
 #include "sha256.h"
 #include "platform/core/error.h"
 #include "platform/imaging/encode_png.h"
@@ -84,25 +85,6 @@ constexpr std::string_view kUsage =
     "report is on stderr; the JSON is still printed); 2 bad usage: an unknown\n"
     "class, member or property, a missing argument, or a value of the wrong type.\n";
 
-std::string Signature(const DispMember& m) {
-    std::string s = m.name;
-    if (m.kind == DispKind::Property)
-        return s + " As " + (m.resultClass.empty() ? DispTypeName(*m.result) : m.resultClass) + " (property" +
-               (m.readOnly ? ", read-only)" : ")");
-    s += "(";
-    for (size_t i = 0; i < m.params.size(); ++i) {
-        const DispParam& p = m.params[i];
-        s += i ? ", " : "";
-        if (p.optional) s += "Optional ";
-        s += p.byRef ? "ByRef " : "";
-        s += p.name + " As " + DispTypeName(p.type);
-        if (p.defaultValue) s += " = " + JsonValue(*p.defaultValue);
-    }
-    s += ")";
-    if (m.result) s += " As " + (m.resultClass.empty() ? std::string(DispTypeName(*m.result)) : m.resultClass);
-    return s;
-}
-
 int ListMembers(const DispClass* only) {
     for (const DispClass* cls : PublicClasses()) {
         if (only && only != cls) continue;
@@ -111,12 +93,6 @@ int ListMembers(const DispClass* only) {
         if (!only) std::cout << "\n";
     }
     return kExitOk;
-}
-
-// Numbers of the dispatch that mean the caller asked wrongly.
-bool IsUsageError(int number) {
-    return number == 438 || number == 449 || number == 450 || number == 13 || number == 6 || number == 94 ||
-           number == 424 || number == 383;
 }
 
 // Which control zelvo makes for an Object parameter, told by its name.
@@ -289,8 +265,7 @@ int RunCall(std::span<const std::string> args) {
                         break;
                     case ControlKind::List: {
                         ui::ListView& lv = lists.emplace_back();
-                        lv.SetView(ui::lvwReport);
-                        for (const char* h : {"Name", "Type", "E-mail"}) lv.ColumnHeaders().Add(h);
+                        SetUpHostList(lv);
                         listArgs.emplace_back(p.name, &lv);
                         dispArgs.emplace_back(&lv);
                         break;

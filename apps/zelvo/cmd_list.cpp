@@ -5,6 +5,8 @@
 #include "command.h"
 #include "control_json.h"
 #include "json_writer.h"
+#include "organizations/office_objects.h"
+#include "organizations/org_codes.h"
 #include "personslist/lvw_add_persons.h"
 #include "personslist/persons_query.h"
 #include "platform/core/error.h"
@@ -36,11 +38,26 @@ constexpr std::string_view kUsage =
     "  --app-path DIR  the application folder (default: $XDG_DATA_HOME/zelvo,\n"
     "                  i.e. ~/.local/share/zelvo)\n"
     "\n"
+    "With --project, the organizations, subdivisions, job titles and employees\n"
+    "filed in the project follow the persons, each marked with its kind\n"
+    "(icon \"Org\", \"SubDiv\", \"JobTitle\", \"Employee\" in JSON); with\n"
+    "--unsorted or no filter, the organizations filed in no project.\n"
+    "\n"
     "A person's name is the \"display as\" name, or else last name, first name\n"
     "and patronymic. Make the book first with 'zelvo correct-db'.\n"
     "\n"
     "Exit status: 0 done, 1 no book or it cannot be read (the reason is\n"
     "printed), 2 bad usage.\n";
+
+// The kind of an office row in words; "" for a person's row.
+std::string OfficeKind(const ui::ListItem& item) {
+    switch (GetObjTypeByIcon(item.Icon())) {
+        case oOrganization_ID: return item.Icon().AsText() == kIconSubDiv ? "subdivision" : "organization";
+        case oJob_ID: return "job title";
+        case oEmployees_ID: return "employee";
+        default: return {};
+    }
+}
 
 // Display width of a UTF-8 text, in characters.
 size_t Columns(const std::string& s) {
@@ -91,6 +108,31 @@ int RunList(std::span<const std::string> args) {
         list.ColumnHeaders().Add("Name");
         if (emails) list.ColumnHeaders().Add("E-mail");
         LvwAddPersons2(list, rs, emails ? 1 : -1, Variant("User"));
+        if (filter != AllPersons) {
+            // The office objects filed in the project (for the unsorted: the
+            // organizations filed nowhere), as Navigate lists them. Their
+            // group text stands in a column of its own, before the e-mail.
+            ui::ListView office;
+            office.SetView(ui::lvwReport);
+            for (const char* h : {"Name", "Type", "E-mail"}) office.ColumnHeaders().Add(h);
+            auto icons = std::make_shared<ui::ImageList>();
+            for (const char* key : {"Org", "SubDiv", "JobTitle", "Employee"}) icons->ListImages().Add(key, nullptr);
+            office.SetSmallIcons(icons);
+            std::string officeProject = filter == CurPrj ? *project : std::string();
+            for (std::int32_t type : {oOrganization_ID, oJob_ID, oEmployees_ID}) {
+                if (filter == NoPrj && type != oOrganization_ID) break;
+                NavigateABObjectsInsPrj(type, office, officeProject, archive, 31, 0, db);
+            }
+            for (int i = 1; i <= office.ListItems().Count(); ++i) {
+                const ui::ListItem& from = office.ListItems().Item(i);
+                ui::ListItem& row = list.ListItems().Add();
+                row.SetText(from.Text());
+                row.SetTag(from.Tag());
+                row.SetIcon(from.Icon());
+                row.SetSmallIcon(from.SmallIcon());
+                if (emails) row.SetSubItems(1, from.SubItems(2));
+            }
+        }
         list.SetSortKey(0);
         list.Sort();
         rs.Close();
@@ -119,11 +161,17 @@ int RunList(std::span<const std::string> args) {
         for (int i = 1; i <= n; ++i) {
             const ui::ListItem& item = list.ListItems().Item(i);
             std::cout << std::string(idWidth - ids[i - 1].size(), ' ') << ids[i - 1] << "  " << item.Text();
+            if (std::string kind = OfficeKind(item); !kind.empty()) std::cout << "  [" << kind << "]";
             if (emails && !item.SubItems(1).empty())
                 std::cout << std::string(nameWidth - Columns(item.Text()) + 2, ' ') << item.SubItems(1);
             std::cout << "\n";
         }
-        std::cout << "(" << n << (n == 1 ? " person)\n" : " persons)\n");
+        int officeRows = 0;
+        for (int i = 1; i <= n; ++i) officeRows += !OfficeKind(list.ListItems().Item(i)).empty();
+        const int persons = n - officeRows;
+        std::cout << "(" << persons << (persons == 1 ? " person" : " persons");
+        if (officeRows) std::cout << ", " << officeRows << (officeRows == 1 ? " office object" : " office objects");
+        std::cout << ")\n";
         return kExitOk;
     } catch (const Error& e) {
         if (e.number() == 3024 || e.number() == 3044) {

@@ -18,6 +18,7 @@ extern const Command kListCommand;
 extern const Command kProjectsCommand;
 extern const Command kPhotoCommand;
 extern const Command kUiCommand;
+extern const Command kOrgCommand;
 
 std::span<const Command> Commands() {
     static const std::vector<Command> table = {
@@ -31,6 +32,7 @@ std::span<const Command> Commands() {
         kCompactCommand,
         kPhotoCommand,
         kUiCommand,
+        kOrgCommand,
     };
     return table;
 }

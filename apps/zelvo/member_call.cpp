@@ -8,7 +8,9 @@ namespace zelvo::cli {
 
 std::string Signature(const DispMember& m) {
     std::string s = m.name;
-    if (m.kind == DispKind::Property) return s + " As " + DispTypeName(*m.result) + " (property)";
+    if (m.kind == DispKind::Property)
+        return s + " As " + (m.resultClass.empty() ? DispTypeName(*m.result) : m.resultClass) + " (property" +
+               (m.readOnly ? ", read-only)" : ")");
     s += "(";
     for (size_t i = 0; i < m.params.size(); ++i) {
         const DispParam& p = m.params[i];
@@ -19,13 +21,23 @@ std::string Signature(const DispMember& m) {
         if (p.defaultValue) s += " = " + JsonValue(*p.defaultValue);
     }
     s += ")";
-    if (m.result) s += " As " + std::string(DispTypeName(*m.result));
+    if (m.result) s += " As " + (m.resultClass.empty() ? std::string(DispTypeName(*m.result)) : m.resultClass);
     return s;
 }
 
 bool IsUsageError(int number) {
     return number == 438 || number == 449 || number == 450 || number == 13 || number == 6 || number == 94 ||
-           number == 424;
+           number == 424 || number == 383;
+}
+
+void SetUpHostList(ui::ListView& lv) {
+    lv.SetView(ui::lvwReport);
+    for (const char* h : {"Name", "Type", "E-mail"}) lv.ColumnHeaders().Add(h);
+    // The icons of every kind of row, as a host's list has them: without
+    // them Navigate adds no office objects.
+    auto icons = std::make_shared<ui::ImageList>();
+    for (const char* key : {"User", "Org", "SubDiv", "JobTitle", "Employee"}) icons->ListImages().Add(key, nullptr);
+    lv.SetSmallIcons(icons);
 }
 
 std::string MemberCall::SetProperty(cAddressbook& book, const std::string& name, const std::string& value) {
@@ -55,8 +67,7 @@ std::string MemberCall::Prepare(const std::vector<std::optional<std::string>>& v
             } else {
                 // A list as a host shows persons: name, type, e-mail.
                 ui::ListView& lv = lists_.emplace_back();
-                lv.SetView(ui::lvwReport);
-                for (const char* h : {"Name", "Type", "E-mail"}) lv.ColumnHeaders().Add(h);
+                SetUpHostList(lv);
                 listArgs_.emplace_back(p.name, &lv);
                 args_.emplace_back(&lv);
             }

@@ -21,6 +21,10 @@ std::string Signature(const DispMember& m);
 // Numbers of the dispatch that mean the caller asked wrongly (exit 2).
 bool IsUsageError(int number);
 
+// Makes `lv` a list as a host shows persons and office objects: the name,
+// type and e-mail columns, and an icon for every kind of row.
+void SetUpHostList(ui::ListView& lv);
+
 class MemberCall {
 public:
     explicit MemberCall(const DispMember& member) : member_(member) {}

@@ -126,6 +126,19 @@ public:
     // closed; an item number without a window does nothing more.
     void SpaceNavigate(std::int32_t SpaceID, std::int32_t spaceItemNumber = 0);
 
+    // ---- The office side. See organizations/org_model.h.
+
+    // Makes an organization (ObjType Org) or a subdivision (SubDiv) of
+    // Parent_ID, asking for its name; files it in rProject on the side
+    // InsArcPrj when rProject is not blank. Parent_ID (0 for Org), Icon and
+    // Organization_ID are given back. Returns the name as typed, "?" for
+    // one left without a name, "" when nothing was made (a blank answer,
+    // another ObjType, a book that cannot be opened). DataOrg and
+    // DataProjects are accepted and not used.
+    std::string AddNewOfficeObject(ui::DataControl* DataOrg, std::int32_t ObjType, std::int32_t& Parent_ID,
+                                   std::string& Icon, std::int32_t& Organization_ID, ui::DataControl* DataProjects,
+                                   std::string& rProject_, bool& InsArcPrj_);
+
     // Navigate's office objects (organizations and subdivisions: owner type
     // 1; job titles: 2; employees: 4) are listed by the organizations part of
     // the library, which installs this. Returns the previous one.

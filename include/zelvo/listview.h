@@ -132,6 +132,10 @@ public:
     void SetSubItems(int n, const std::string& text);
     // The sub-items as they are stored: SubItemsRaw()[0] is SubItems(1).
     const std::vector<std::string>& SubItemsRaw() const { return subItems_; }
+    // The Tag of sub-item n (ListSubItems(n).Tag): an identity a host keeps
+    // beside a column's text. Empty when never set; 35600 as for SubItems.
+    Variant SubItemTag(int n) const;
+    void SetSubItemTag(int n, const Variant& tag);
 
 private:
     friend class ListItems;
@@ -146,6 +150,7 @@ private:
     std::string key_;
     bool selected_ = false;
     std::vector<std::string> subItems_;
+    std::vector<Variant> subItemTags_;
 };
 
 class ZELVO_EXPORT ListItems {

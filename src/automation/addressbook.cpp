@@ -5,6 +5,7 @@
 #include "personslist/lvw_add_persons.h"
 #include "personslist/persons_query.h"
 #include "platform/core/error.h"
+#include "automation/office_side.h"
 #include "resources/resource_ops.h"
 #include "store/compress_db.h"
 #include "store/correct_db.h"
@@ -29,7 +30,10 @@ cAddressbook::OfficeObjectsNavigator cAddressbook::SetOfficeObjectsNavigator(Off
     return previous;
 }
 
-void cAddressbook::EnterCall() const { zelvo::AppPath = AppPath; }
+void cAddressbook::EnterCall() const {
+    InstallOfficeSide();
+    zelvo::AppPath = AppPath;
+}
 
 void cAddressbook::CorrectDB(std::string& Path) {
     EnterCall();

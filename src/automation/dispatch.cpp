@@ -286,6 +286,26 @@ const std::vector<Entry>& Members() {
              b.SpaceNavigate(Long(v[0]), Long(v[1]));
              return Variant();
          }},
+        {{"AddNewOfficeObject", DispKind::Method,
+          {Ref("DataOrg", T::Object), Opt(Val("ObjType", T::Long), Variant(std::int64_t{Org})),
+           Opt(Ref("Parent_ID", T::Long)), Opt(Ref("Icon", T::String)), Opt(Ref("Organization_ID", T::Long)),
+           Ref("DataProjects", T::Object), Opt(Ref("rProject", T::String)), Opt(Ref("InsArcPrj", T::Boolean))},
+          T::String, false, "makes an organization (0) or subdivision (1) of Parent_ID, asking its name"},
+         [](cAddressbook& b, std::vector<Variant>& v, std::vector<DispObject>& o) {
+             std::int32_t parent = Long(v[2]);
+             std::string icon = v[3].text();
+             std::int32_t id = Long(v[4]);
+             std::string project = v[6].text();
+             bool arc = v[7].boolean();
+             std::string name = b.AddNewOfficeObject(Obj<ui::DataControl>(o[0]), Long(v[1]), parent, icon, id,
+                                                     Obj<ui::DataControl>(o[5]), project, arc);
+             v[2] = Long(parent);
+             v[3] = Variant(icon);
+             v[4] = Long(id);
+             v[6] = Variant(project);
+             v[7] = Variant(arc);
+             return Variant(name);
+         }},
         // Properties.
         {{"rProject", DispKind::Property, {}, T::String, false, "the current project's path"}, nullptr,
          [](const cAddressbook& b) { return Variant(b.rProject); },

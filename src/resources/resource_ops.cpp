@@ -11,6 +11,7 @@
 #include "platform/ui/ui_host.h"
 #include "resources/resource_queries.h"
 #include "store/library_state.h"
+#include "store/own_database.h"
 
 namespace zelvo {
 
@@ -23,21 +24,6 @@ std::string ResourceCriteria(std::int32_t ResourceID) { return "[Resource ID]=" 
 bool HasCurrentRow(const dao::Recordset& rs, const OnErrorResumeNext& on) {
     return on.Resume([&] { return rs.AbsolutePosition() != -1; });
 }
-
-// The book opened a second time, closed however the routine ends.
-struct OwnDatabase {
-    dao::Database db;
-    explicit OwnDatabase(const OnErrorResumeNext& on) {
-        db = on.Resume([] { return DBEngine().OpenDatabase(DatabasePath(), false, false, "Access"); });
-    }
-    ~OwnDatabase() {
-        try {
-            if (db.IsOpen()) db.Close();
-        } catch (const Error&) {
-        }
-    }
-    bool IsOpen() const { return db.IsOpen(); }
-};
 
 }  // namespace
 

@@ -195,5 +195,37 @@ TEST_F(CliTest, ProjectMembersChangeTheRowsThatProjectsLists) {
     EXPECT_NE(r.out.find("(3 objects)"), std::string::npos) << r.out;
 }
 
+
+// Units made through the automation member, seen by zelvo org, Navigate and
+// list; taken out of no project, an organization is deleted with its units.
+TEST_F(CliTest, OfficeUnitsMadeByCallShowInOrgTreeAndGoWithTheirOrganization) {
+    MakeBook();
+    Outcome r = Zelvo({"--app-path", app(), "--answer", "Acme", "call", "AddNewOfficeObject", "0", "5"});
+    ASSERT_EQ(r.status, 0) << r.err;
+    EXPECT_NE(r.out.find("\"result\": \"Acme\", \"byref\": {\"Parent_ID\": 0"), std::string::npos) << r.out;
+    r = Zelvo({"--app-path", app(), "--answer", "?", "call", "AddNewOfficeObject", "1", "1", "", "0", "A\\B"});
+    ASSERT_EQ(r.status, 0) << r.err;
+    EXPECT_NE(r.out.find("\"Icon\": \"SubDiv\", \"Organization_ID\": 2"), std::string::npos) << r.out;
+    Sql("Insert Into JobTitles ([Organization ID], JobTitle) Values (2, \"Clerk\")");
+    Sql("Insert Into Employees ([Job ID], [Personal ID]) Values (1, 6)");
+
+    r = Zelvo({"--app-path", app(), "org", "tree"});
+    ASSERT_EQ(r.status, 0) << r.err;
+    EXPECT_EQ(r.out,
+              "Acme  #1\n  Organization with no name  #2\n    - Clerk  (job #1)\n        Loner  (employee #1, person #6)\n"
+              "(2 units)\n");
+    r = Zelvo({"--app-path", app(), "call", "Navigate", "--set", "rProject=A\\B"});
+    EXPECT_NE(r.out.find("\"tag\": 2, \"text\": \"\", \"icon\": \"SubDiv\""), std::string::npos) << r.out;
+
+    r = Zelvo({"--app-path", app(), "call", "DeleteObjfromPrj", "", "False", "1", "1"});
+    ASSERT_EQ(r.status, 0) << r.err;
+    EXPECT_NE(r.out.find("\"result\": true"), std::string::npos) << r.out;
+    r = Zelvo({"--app-path", app(), "org", "tree", "--json"});
+    EXPECT_EQ(r.out, "{\"units\": []}\n");
+    r = Zelvo({"--app-path", app(), "list", "--project", "A\\B"});
+    EXPECT_NE(r.out.find("(2 persons)"), std::string::npos) << r.out;  // the person stays, the units are gone
+    EXPECT_EQ(Zelvo({"--app-path", app(), "org", "rooms", "x"}).status, 2);
+}
+
 }  // namespace
 }  // namespace zelvo::testing

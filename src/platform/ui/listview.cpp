@@ -122,6 +122,18 @@ void ListItem::SetSubItems(int n, const std::string& text) {
     owner_->NotifyItem(this);
 }
 
+Variant ListItem::SubItemTag(int n) const {
+    CheckColumn(n);
+    return static_cast<size_t>(n) <= subItemTags_.size() ? subItemTags_[n - 1] : Variant();
+}
+
+void ListItem::SetSubItemTag(int n, const Variant& tag) {
+    CheckColumn(n);
+    if (subItemTags_.size() < static_cast<size_t>(n)) subItemTags_.resize(n);
+    subItemTags_[n - 1] = tag;
+    owner_->NotifyItem(this);
+}
+
 // ---- ListItems
 
 int ListItems::IndexOf(const ListItem* item) const {
