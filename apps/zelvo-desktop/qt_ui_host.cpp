@@ -44,6 +44,14 @@ QMessageBox::Icon QtIcon(int style) {
 
 QWidget* ActiveWindow() { return QApplication::activeWindow(); }
 
+// Where a file dialog opens: the proposed name in the initial folder.
+QString StartPath(const ui::FileDialogRequest& r) {
+    QString dir = QString::fromStdString(r.initialFolder);
+    QString name = QString::fromStdString(r.fileName);
+    if (name.isEmpty()) return dir;
+    return dir.isEmpty() ? name : dir + "/" + name;
+}
+
 }  // namespace
 
 QString QtFileFilter(const std::string& filter) {
@@ -87,16 +95,13 @@ std::optional<std::string> QtUiHost::ShowInputBox(const ui::InputBoxRequest& req
 }
 
 std::string QtUiHost::ShowOpenDialog(const ui::FileDialogRequest& r) {
-    QString dir = QString::fromStdString(r.initialFolder);
-    if (!r.fileName.empty()) dir = dir.isEmpty() ? QString::fromStdString(r.fileName) : dir + "/" + QString::fromStdString(r.fileName);
-    return QFileDialog::getOpenFileName(ActiveWindow(), QString::fromStdString(r.title), dir, QtFileFilter(r.filter))
+    return QFileDialog::getOpenFileName(ActiveWindow(), QString::fromStdString(r.title), StartPath(r),
+                                        QtFileFilter(r.filter))
         .toStdString();
 }
 
 std::string QtUiHost::ShowSaveDialog(const ui::FileDialogRequest& r) {
-    QString dir = QString::fromStdString(r.initialFolder);
-    if (!r.fileName.empty()) dir = dir.isEmpty() ? QString::fromStdString(r.fileName) : dir + "/" + QString::fromStdString(r.fileName);
-    QFileDialog dialog(ActiveWindow(), QString::fromStdString(r.title), dir, QtFileFilter(r.filter));
+    QFileDialog dialog(ActiveWindow(), QString::fromStdString(r.title), StartPath(r), QtFileFilter(r.filter));
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     if (!r.defaultExtension.empty()) dialog.setDefaultSuffix(QString::fromStdString(r.defaultExtension));
     if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return {};

@@ -54,7 +54,7 @@ constexpr std::string_view kUsage =
     "\n"
     "A dialog with no answer left is cancelled, and a window still open when the\n"
     "script ends is closed by its frame; both are said on stderr. A click on a\n"
-    "disabled or hidden control does nothing (said on stderr).\n"
+    "disabled, hidden or read-only control does nothing (said on stderr).\n"
     "\n"
     "Options:\n"
     "  --app-path DIR    the application folder (default: $XDG_DATA_HOME/zelvo)\n"

@@ -77,7 +77,7 @@ void ScriptUiHost::Do(const ScriptStep& step) {
     // A person's click on a greyed control does nothing; the script goes on.
     if (!done)
         err_ << script_.Name() << ":" << step.line << ": " << where << (step.key.empty() ? "" : ":" + step.key)
-             << " is disabled or hidden; nothing happens\n";
+             << " is disabled, hidden or read-only; nothing happens\n";
 }
 
 void ScriptUiHost::RunWindow(ui::Form& form) {

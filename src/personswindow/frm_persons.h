@@ -8,7 +8,10 @@
 // the controls call them when a person acts.
 //
 // State: `PrjFilter` (AllPersons, NoPrj or CurPrj), `rProject` and
-// `InsArcPrj` choose what the list shows; `Navigate` fills it. `Cancel`
+// `InsArcPrj` choose what the list shows; `Navigate` fills it. The project
+// bar `tbPrj` is the one all person lists share (ProjectBar); this window
+// gives it its state before a key and takes the result back, keeping its
+// filter when the side changes. `Cancel`
 // stays True until the person ends the window with OK. `SpaceID` not 0 means
 // the window runs inside a space of the shell: it is kept as the window
 // property "Space ID" and switches the dialog buttons off and `Exit` on.

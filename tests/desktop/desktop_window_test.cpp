@@ -170,3 +170,16 @@ TEST_F(DesktopWindowTest, TheProgramWritesItsScreenshotAndExits) {
 
 }  // namespace
 }  // namespace zelvo::testing
+
+namespace zelvo::testing {
+namespace {
+
+TEST(QtFileFilterTest, TheLibrarysFilterBecomesQtsWithThePatternsShown) {
+    EXPECT_EQ(desktop::QtFileFilter("vCard (*.vcf)|*.vcf|All files|*.*").toStdString(),
+              "vCard (*.vcf);;All files (*.*)");
+    EXPECT_EQ(desktop::QtFileFilter("Pictures|*.jpg;*.png").toStdString(), "Pictures (*.jpg *.png)");
+    EXPECT_EQ(desktop::QtFileFilter("").toStdString(), "");
+}
+
+}  // namespace
+}  // namespace zelvo::testing

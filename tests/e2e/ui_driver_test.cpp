@@ -90,6 +90,29 @@ TEST_F(UiDriverTest, APersonWalksTheFiltersAndTheSidesAndEndsWithOK) {
     EXPECT_EQ(lines[4], "{\"result\": null, \"byref\": {}}");
 }
 
+TEST_F(UiDriverTest, RowsTabsAndTextBoxesTakeWhatAPersonCanDo) {
+    Outcome r = Ui("click frmPersons.tbPrj:AllPersons\n"
+                   "select frmPersons.LvwUser 2,1\n"
+                   "dblclick frmPersons.LvwUser 2\n"
+                   "select frmPersons.SSTab1 3\n"
+                   "type frmPersons.txtPrj \"typed\\there\"\n"
+                   "dump\n"
+                   "click frmPersons.cmdOK\n",
+                   {"ShowAddressBook"});
+    ASSERT_EQ(r.status, 0) << r.err;
+    std::vector<std::string> lines = Lines(r.out);
+    ASSERT_EQ(lines.size(), 2u) << r.out;
+    // The double click leaves its row the one selected.
+    EXPECT_TRUE(Has(lines[0], "\"text\": \"Smith\", \"icon\": \"User\", \"smallIcon\": \"User\", \"subItems\": [], "
+                              "\"selected\": false")) << lines[0];
+    EXPECT_TRUE(Has(lines[0], "\"text\": \"Иванов Иван\", \"icon\": \"User\", \"smallIcon\": \"User\", "
+                              "\"subItems\": [], \"selected\": true")) << lines[0];
+    EXPECT_TRUE(Has(lines[0], "\"SSTab1\": {\"tab\": 2")) << lines[0];
+    // The project's box shows the project; a person cannot type into it.
+    EXPECT_TRUE(Has(r.err, "frmPersons.txtPrj is disabled, hidden or read-only; nothing happens")) << r.err;
+    EXPECT_FALSE(Has(lines[0], "typed"));
+}
+
 TEST_F(UiDriverTest, ThePickerIsAnsweredWithAPathOrCancel) {
     Outcome r = Ui("click frmPersons.tbPrj:Browse\n"
                    "answer cancel\n"
@@ -131,7 +154,7 @@ TEST_F(UiDriverTest, InASpaceExitEndsTheWindowAndDesktopCallsPrintAsTheyHappen) 
     ASSERT_EQ(r.status, 0) << r.err;
     std::vector<std::string> lines = Lines(r.out);
     ASSERT_EQ(lines.size(), 3u) << r.out;
-    EXPECT_TRUE(Has(r.err, "frmPersons.cmdOK is disabled or hidden; nothing happens")) << r.err;
+    EXPECT_TRUE(Has(r.err, "frmPersons.cmdOK is disabled, hidden or read-only; nothing happens")) << r.err;
     EXPECT_EQ(lines[0], "{\"shell\": {\"action\": \"help\", \"file\": \"" + dir_.File("lang") +
                             "/en/zelvo.html\", \"topic\": \"frmMain.HTM\"}}");
     EXPECT_TRUE(Has(lines[1], "\"Exit\": {\"pressed\": false, \"enabled\": true, \"visible\": true")) << lines[1];
