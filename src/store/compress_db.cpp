@@ -145,7 +145,7 @@ void CompressDB(const std::string& PathIn) {
         const Fingerprint before = Fingerprint::Of(Path);
         bool compacted = true;
         try {
-            DBEngine().CompactDatabase(Path, temp);
+            DBEngine().CompactDatabase(Path, temp, {}, dao::dbVersion40);
         } catch (const Error& e) {
             // Someone still has the book open, or it is no book of ours: the
             // book stays as it was, and that is not worth a message.

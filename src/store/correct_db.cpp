@@ -160,7 +160,7 @@ void ConvertFrom(const std::string& source, const std::string& path) {
     try {
         Fault(CorrectStep::Convert);
         RemoveFile(temp);
-        DBEngine().CompactDatabase(source, temp);
+        DBEngine().CompactDatabase(source, temp, {}, dao::dbVersion40);
         Fault(CorrectStep::Converted);
         // Journal files of an earlier book of this name would be read into
         // the new one.

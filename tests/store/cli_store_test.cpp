@@ -6,6 +6,7 @@
 #include <string>
 
 #include "old_layout_books.h"
+#include "platform/dao/dbengine.h"
 #include "platform/shell/file_system.h"
 #include "support/temp_dir.h"
 
@@ -80,6 +81,18 @@ TEST(StoreCommands, CorrectDbTurnsAGenuineJetBookIntoABook) {
         Result count = Zelvo("sql --db " + app + "/AddressBookW.mdb '" + c.count + "'");
         EXPECT_NE(count.out.find(std::string("\n") + c.rows), std::string::npos) << count.out;
     }
+}
+
+// A book that still stands for Jet 3 is compacted in place, with its backup.
+TEST(StoreCommands, CorrectDbCompactsABookThatStandsForJet3) {
+    TempDir dir;
+    std::string app = dir.path().string();
+    dao::Engine().CreateDatabase(app + "/AddressBookW.mdb", {}, dao::dbVersion30).Close();
+    Result made = Zelvo("correct-db --app-path " + app);
+    ASSERT_EQ(made.status, 0) << made.out;
+    EXPECT_NE(made.out.find("Compression base ..."), std::string::npos) << made.out;
+    EXPECT_TRUE(shell::FileExists(app + "/~AddressBookW.mdb"));
+    EXPECT_EQ(dao::Engine().OpenDatabase(app + "/AddressBookW.mdb").Version(), "4.0");
 }
 
 TEST(StoreCommands, CorrectDbConvertsBooksOfTheOldLayouts) {

@@ -29,7 +29,36 @@ void ExpectTodaysLayout(const Database& db) {
     EXPECT_EQ(db.TableDefs()("Resources").Fields().Count(), 4);
 }
 
-using CorrectDbJetTest = StoreTest;
+class CorrectDbJetTest : public StoreTest {
+protected:
+    // A book that still stands for Jet 3 (a copy of a Jet 3 file compacted
+    // without dbVersion40) opens, is found old by its Version, and is compacted
+    // in place into a "4.0" book with its backup; the next run leaves it alone.
+    void ExpectOldBookIsCompactedInPlace(const std::string& table, const std::string& rows) {
+        {
+            Database db = Engine().OpenDatabase(book());
+            ASSERT_EQ(db.Version(), "3.0");
+            db.Close();
+        }
+        const std::string old = ReadBytes(book());
+        int reports = Reports();
+        std::string path;
+        CorrectDB(path);
+        EXPECT_EQ(Reports(), reports);
+        {
+            Database db = Engine().OpenDatabase(book());
+            EXPECT_EQ(db.Version(), "4.0");
+            EXPECT_EQ(RowsText(db, "Select Count(*) From [" + table + "]"), rows);
+            ExpectTodaysLayout(db);
+            db.Close();
+        }
+        EXPECT_EQ(ReadBytes(InApp("~AddressBookW.mdb")), old);
+        std::string again = book();
+        std::string before = ReadBytes(book());
+        CorrectDB(again);
+        EXPECT_EQ(ReadBytes(book()), before);
+    }
+};
 
 TEST_F(CorrectDbJetTest, GenuineJetBookBecomesABookFromEitherPlace) {
     ZELVO_NEEDS_GENUINE_JET();
@@ -55,6 +84,7 @@ TEST_F(CorrectDbJetTest, GenuineJetBookBecomesABookFromEitherPlace) {
                 Database db = Engine().OpenDatabase(book());
                 EXPECT_EQ(RowsText(db, std::string("Select Count(*) From [") + c.table + "]"), std::to_string(c.rows));
                 ExpectTodaysLayout(db);
+                EXPECT_EQ(db.Version(), "4.0");
                 db.Close();
             }
             // The old file stays: beside the book, or as the backup of the
@@ -67,6 +97,22 @@ TEST_F(CorrectDbJetTest, GenuineJetBookBecomesABookFromEitherPlace) {
             EXPECT_EQ(ReadBytes(book()), before);
         }
     }
+}
+
+TEST_F(CorrectDbJetTest, BookStandingForJet3IsCompactedIntoAJet4Book) {
+    {
+        Database db = Engine().CreateDatabase(book(), {}, dbVersion30);
+        db.Execute("Create Table Notes (Body Text(50))");
+        db.Execute("Insert Into Notes (Body) Values (\"kept\")");
+        db.Close();
+    }
+    ExpectOldBookIsCompactedInPlace("Notes", "1");
+}
+
+TEST_F(CorrectDbJetTest, GenuineJet3CopiedAsItIsTakesTheOldBooksWay) {
+    ZELVO_NEEDS_GENUINE_JET();
+    Engine().CompactDatabase(SharedJetFile("nwind.mdb"), book());
+    ExpectOldBookIsCompactedInPlace("Umsätze", "830");
 }
 
 TEST_F(CorrectDbJetTest, DamagedJetBookIsReportedWithTheReasonAndKept) {

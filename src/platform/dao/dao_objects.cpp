@@ -90,6 +90,30 @@ std::string SourceSql(Connection& c, std::string_view source) {
     return SelectAllFrom(source);
 }
 
+// The Jet format a book stands for is kept in the file header's user
+// version, which SQLite leaves to the application and copies with the file.
+// A new book has 0 there, which reads as "4.0": only a copy of a Jet 3 file
+// made without dbVersion40 carries the mark of "3.0".
+constexpr std::int64_t kJet3Mark = 30;
+
+std::string BookVersion(Connection& c) {
+    detail::StatementLease s = c.PrepareRaw("PRAGMA user_version");
+    std::int64_t mark = c.Step(s.get()) ? sqlite3_column_int64(s.get(), 0) : 0;
+    return mark == kJet3Mark ? "3.0" : "4.0";
+}
+
+void MarkBookVersion(Connection& c, const std::string& version) {
+    c.ExecRaw("PRAGMA user_version = " + std::to_string(version == "3.0" ? kJet3Mark : 0));
+}
+
+// The Version a compacted copy is to have: the one the options ask for, or
+// "" to keep the source's.
+std::string RequestedVersion(int options) {
+    if (options & dbVersion40) return "4.0";
+    if (options & dbVersion30) return "3.0";
+    return {};
+}
+
 }  // namespace
 
 // ------------------------------------------------------------ Field
@@ -501,10 +525,7 @@ void Database::Close() {
 
 bool Database::IsOpen() const { return conn_ && !conn_->closed(); }
 std::string Database::Name() const { return C().path(); }
-std::string Database::Version() const {
-    C();
-    return "4.0";
-}
+std::string Database::Version() const { return BookVersion(C()); }
 
 dao::TableDefs Database::TableDefs() const {
     C();
@@ -545,13 +566,16 @@ Database DBEngine::OpenDatabase(const std::string& path, bool exclusive, bool re
     return Database(Connection::Open(path, o));
 }
 
-Database DBEngine::CreateDatabase(const std::string& path, const std::string&, int) const {
+Database DBEngine::CreateDatabase(const std::string& path, const std::string&, int options) const {
     Connection::Options o;
     o.create = true;
-    return Database(Connection::Open(path, o));
+    Database db(Connection::Open(path, o));
+    if (RequestedVersion(options) == "3.0") MarkBookVersion(*db.connection(), "3.0");
+    return db;
 }
 
-void DBEngine::CompactDatabase(const std::string& source, const std::string& destination) const {
+void DBEngine::CompactDatabase(const std::string& source, const std::string& destination, const std::string&,
+                               int options) const {
     namespace fs = std::filesystem;
     std::error_code ec;
     if (!fs::exists(source, ec)) throw DaoError(kFileNotFound, source);
@@ -560,8 +584,24 @@ void DBEngine::CompactDatabase(const std::string& source, const std::string& des
     if (!fs::is_directory(folder, ec)) throw DaoError(kNotValidPath, folder.string());
     // A file of the original engine (an earlier installation's book) is
     // converted: read through libmdb and written as a book.
+    const std::string requested = RequestedVersion(options);
+    auto removeCopy = [&] {
+        fs::remove(destination, ec);
+        for (const char* suffix : kSideFileSuffixes) fs::remove(destination + suffix, ec);
+    };
     if (jetfile::JetFileFormat(source) != jetfile::JetFormat::NotJet) {
         jetfile::ImportJetFile(source, destination);
+        const std::string version = requested.empty() ? jetfile::JetFileVersion(source) : requested;
+        if (version == "3.0") {
+            try {
+                Database copy = OpenDatabase(destination);
+                MarkBookVersion(*copy.connection(), version);
+                copy.Close();
+            } catch (...) {
+                removeCopy();
+                throw;
+            }
+        }
         return;
     }
 
@@ -582,6 +622,7 @@ void DBEngine::CompactDatabase(const std::string& source, const std::string& des
         // of the original engine.
         Database copy = OpenDatabase(destination);
         Connection& c = *copy.connection();
+        if (!requested.empty()) MarkBookVersion(c, requested);
         for (const auto& t : c.Tables()) {
             if (const FieldProps* counter = t.Counter()) {
                 detail::StatementLease s = c.PrepareRaw("UPDATE sqlite_sequence SET seq = coalesce((SELECT max(" +
@@ -594,8 +635,7 @@ void DBEngine::CompactDatabase(const std::string& source, const std::string& des
         copy.Close();
     } catch (...) {
         if (src) src->Close();
-        fs::remove(destination, ec);
-        for (const char* suffix : kSideFileSuffixes) fs::remove(destination + suffix, ec);
+        removeCopy();
         throw;
     }
 }

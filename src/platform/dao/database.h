@@ -37,7 +37,10 @@ public:
     void Close();
     bool IsOpen() const;
     std::string Name() const;     // the file's path
-    std::string Version() const;  // "4.0"
+    // The Jet format the book stands for: "4.0" for every book this engine
+    // makes, "3.0" for a copy of a Jet 3 file compacted without
+    // dbVersion40. The book's correction converts a "3.0" book.
+    std::string Version() const;
 
     dao::TableDefs TableDefs() const;
     TableDef CreateTableDef(const std::string& name = {}) const;

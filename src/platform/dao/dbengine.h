@@ -7,6 +7,11 @@
 
 namespace zelvo::dao {
 
+// Options of CreateDatabase and CompactDatabase: the Jet format a book
+// stands for, which its Database.Version reports.
+inline constexpr int dbVersion30 = 32;
+inline constexpr int dbVersion40 = 64;
+
 class DBEngine {
 public:
     // Opens a book, shared and read-write unless told otherwise.
@@ -18,7 +23,8 @@ public:
                           const std::string& connect = {}) const;
 
     // Makes a new, empty book. 3204 when the file exists; 3044 when the
-    // folder does not.
+    // folder does not. Its Version is "4.0" unless `options` asks for
+    // dbVersion30 alone.
     Database CreateDatabase(const std::string& path, const std::string& locale = {}, int options = 0) const;
 
     // Writes a compacted copy of `source` to `destination`, which must not
@@ -28,7 +34,11 @@ public:
     // the original engine. A genuine Jet 3 or Jet 4 file as the source is
     // converted into a book (see jet_file/jet_import.h); a later Access
     // format or a damaged Jet file fails with 3343 and a description.
-    void CompactDatabase(const std::string& source, const std::string& destination) const;
+    // The copy's Version is "4.0" with dbVersion40 in `options`, "3.0" with
+    // dbVersion30, and otherwise the source's: a Jet 3 file or a book that
+    // stands for one gives a "3.0" copy. `locale` is accepted and not used.
+    void CompactDatabase(const std::string& source, const std::string& destination, const std::string& locale = {},
+                         int options = 0) const;
 
     // How long a write waits for another holder's lock before it fails
     // (3218/3260), in milliseconds. Default 2000.

@@ -106,5 +106,32 @@ TEST_F(Compact, RefusedWhileAnotherProcessHoldsTheSource) {
     EXPECT_EQ(Rows(Engine().OpenDatabase(copy), "Resources", "Resource ID"), "1,2,3");
 }
 
+// A book's Version is the Jet format it stands for: "4.0" for every new book,
+// "3.0" only when asked for; a compaction keeps it unless the options name
+// one, and the mark survives the copy both ways.
+TEST_F(Compact, VersionIsKeptOrSetByTheCompaction) {
+    EXPECT_EQ(Engine().OpenDatabase(source).Version(), "4.0");
+    const std::string old = dir.File("Old.mdb");
+    Engine().CreateDatabase(old, {}, dao::dbVersion30).Close();
+    EXPECT_EQ(Engine().OpenDatabase(old).Version(), "3.0");
+    Engine().CreateDatabase(dir.File("Both.mdb"), {}, dao::dbVersion30 | dao::dbVersion40).Close();
+    EXPECT_EQ(Engine().OpenDatabase(dir.File("Both.mdb")).Version(), "4.0");
+
+    struct Case {
+        std::string from;
+        int options;
+        const char* version;
+    };
+    for (const Case& c : {Case{old, 0, "3.0"}, Case{old, dao::dbVersion40, "4.0"}, Case{source, 0, "4.0"},
+                          Case{source, dao::dbVersion30, "3.0"}}) {
+        SCOPED_TRACE(c.from + " with " + std::to_string(c.options));
+        fs::remove(copy);
+        Engine().CompactDatabase(c.from, copy, {}, c.options);
+        Database db = Engine().OpenDatabase(copy);
+        EXPECT_EQ(db.Version(), c.version);
+        db.Close();
+    }
+}
+
 }  // namespace
 }  // namespace zelvo::testing

@@ -278,6 +278,29 @@ void ExpectRefused(const std::string& source, const std::string& destination, co
     EXPECT_EQ(ReadFile(source), before);
 }
 
+// The engine does not open a Jet file as a book; a copy keeps the file's
+// Jet version unless the compaction asks for "4.0".
+TEST_F(JetFileTest, CopyKeepsTheFilesVersionUnlessAskedFor40) {
+    ZELVO_NEEDS_GENUINE_JET();
+    for (auto [file, version] : {std::pair{"nwind.mdb", "3.0"}, std::pair{"DateTestDatabase.mdb", "4.0"}}) {
+        SCOPED_TRACE(file);
+        const std::string source = SharedJetFile(file);
+        EXPECT_EQ(jetfile::JetFileVersion(source), version);
+        try {
+            Engine().OpenDatabase(source, false, true);
+            ADD_FAILURE() << "a Jet file opened as a book";
+        } catch (const Error& e) {
+            EXPECT_EQ(e.number(), kUnrecognizedFormat);
+        }
+        const std::string book = Convert(source);
+        EXPECT_EQ(Engine().OpenDatabase(book).Version(), version);
+        const std::string as40 = dir_.File("as40.mdb");
+        Engine().CompactDatabase(source, as40, {}, dbVersion40);
+        EXPECT_EQ(Engine().OpenDatabase(as40).Version(), "4.0");
+        std::filesystem::remove(as40);
+    }
+}
+
 TEST_F(JetFileTest, LaterAccessFormatIsRefusedWithAClearError) {
     std::string later = dir_.File("later.accdb");
     std::string b(8192, '\0');
