@@ -1,5 +1,6 @@
 #include "organizations/db_zelvo.h"
 
+#include <utility>
 #include <vector>
 
 #include "hostservices/lng_text.h"
@@ -9,6 +10,7 @@
 #include "platform/core/value_conv.h"
 #include "platform/ui/ui_host.h"
 #include "resources/resource_ops.h"
+#include "store/book_transaction.h"
 #include "store/library_state.h"
 #include "zelvo/enums.h"
 
@@ -17,6 +19,25 @@ namespace zelvo {
 namespace {
 
 std::string Id(std::int32_t id) { return std::to_string(id); }
+
+DeletionFaultHook& FaultHook() {
+    static DeletionFaultHook hook;
+    return hook;
+}
+
+void BeforeRowDeleted() {
+    if (FaultHook()) FaultHook()();
+}
+
+// Runs `body` as one transaction of `db` and keeps what it wrote when it
+// gives true; false or an error undoes it.
+template <class F>
+bool AllOrNothing(const dao::Database& db, F&& body) {
+    BookTransaction transaction(db);
+    if (!body()) return false;
+    transaction.Commit();
+    return true;
+}
 
 // The values of `column` in the rows of `sql`, from the last row to the
 // first: the order in which the walks visit rows. Reading them first keeps
@@ -38,7 +59,10 @@ bool DeleteRowById(const dao::Database& db, const char* table, const char* idCol
     dao::Recordset rs =
         db.OpenRecordset(std::string("Select * from ") + table + " Where [" + idColumn + "]=" + Id(id) + ";");
     bool found = !rs.IsEOF();
-    if (found) rs.Delete();
+    if (found) {
+        BeforeRowDeleted();
+        rs.Delete();
+    }
     rs.Close();
     return found;
 }
@@ -48,27 +72,24 @@ bool DeleteRowById(const dao::Database& db, const char* table, const char* idCol
 dbZelvo::dbZelvo() {
     OnErrorResumeNext on("dbZelvo.Class_Initialize");
     db = on.Resume([] { return DBEngine().OpenDatabase(DatabasePath(), false, false, "Access"); });
-    if (db.IsOpen()) rsResources = on.Resume([&] { return db.OpenRecordset("Resources", dao::dbOpenDynaset); });
 }
 
 dbZelvo::~dbZelvo() {
     OnErrorResumeNext on("dbZelvo.Class_Terminate");
-    if (rsResources) on.Do([&] { rsResources.Close(); });
     if (db.IsOpen()) on.Do([&] { db.Close(); });
 }
 
+DeletionFaultHook SetDeletionFaultHook(DeletionFaultHook hook) { return std::exchange(FaultHook(), std::move(hook)); }
+
 void dbZelvo::RemoveOwnerResources(std::int32_t Owner_ID, std::int32_t OwnerType) {
-    // Most objects own no resource; asking first spares the removal its own
-    // opening of the book for each of them.
-    dao::Recordset links = db.OpenRecordset("Select * from ResourcesOwners Where [Owner ID]=" + Id(Owner_ID) +
-                                                " and [OwnerType]=" + Id(OwnerType) + ";",
-                                            dao::dbOpenSnapshot);
-    bool any = !links.IsEOF();
-    links.Close();
-    if (any) DeleteOwnerResources(Owner_ID, OwnerType, rsResources);
+    DeleteOwnerResourcesIn(db, Owner_ID, OwnerType);
 }
 
 bool dbZelvo::DeleteOrg(std::int32_t Organization_ID) {
+    return AllOrNothing(db, [&] { return DeleteUnitTree(Organization_ID); });
+}
+
+bool dbZelvo::DeleteUnitTree(std::int32_t Organization_ID) {
     // The units are walked depth first with a stack of our own: a unit's
     // contents go when it is reached, its row once all units below it are
     // gone. A unit met again (a cycle) counts as done.
@@ -103,16 +124,8 @@ bool dbZelvo::DeleteOrg(std::int32_t Organization_ID) {
 
 void dbZelvo::DeleteUnitContents(std::int32_t Organization_ID) {
     RemoveOwnerResources(Organization_ID, oOrganization_ID);
-    DeleteOrgRooms(Organization_ID);
-    dao::Recordset jobs = db.OpenRecordset(JobTitlesOfOrgSQL(Organization_ID));
-    if (!jobs.IsEOF()) {
-        jobs.MoveLast();
-        while (!jobs.IsBOF()) {
-            DeleteCurrentJobTitle(jobs);
-            jobs.MovePrevious();
-        }
-    }
-    jobs.Close();
+    DeleteRoomsOfOrg(Organization_ID);
+    for (std::int32_t job : IdsLastToFirst(db, JobTitlesOfOrgSQL(Organization_ID), "Job ID")) DeleteJobCascade(job);
 }
 
 bool dbZelvo::DeleteJobTitle(std::int32_t Job_ID, dao::Recordset& rsJobTitles) {
@@ -123,32 +136,28 @@ bool dbZelvo::DeleteJobTitle(std::int32_t Job_ID, dao::Recordset& rsJobTitles) {
         UniMsgBox(LngText("dbZelvo.DeleteJobTitle", "msg", "Job title is not found in database!"), ui::vbCritical);
         return false;
     }
-    bool done = on.Resume([&] { return DeleteCurrentJobTitle(rsJobTitles); });
+    bool done = on.Resume([&] { return AllOrNothing(db, [&] { return DeleteJobCascade(ValueConv::ToLong(rsJobTitles("Job ID"))); }); });
     on.Do([&] { rsJobTitles.Requery(); });
     return done;
 }
 
-bool dbZelvo::DeleteCurrentJobTitle(dao::Recordset& rs) {
-    std::int32_t job = ValueConv::ToLong(rs("Job ID"));
+bool dbZelvo::DeleteJobCascade(std::int32_t job) {
     RemoveOwnerResources(job, oJob_ID);
-    // Every row of the job goes, vacancies too; one that fails is reported
-    // and the others still go.
+    // Every row of the job goes, vacancies too. One that cannot be deleted
+    // fails the whole deletion: passing over it would leave an employee row
+    // whose job is gone.
     dao::Recordset employees = db.OpenRecordset(EmployeesOfJobSQL(job));
     if (!employees.IsEOF()) {
         employees.MoveLast();
         while (!employees.IsBOF()) {
-            try {
-                DeleteCurrentEmployee(employees);
-            } catch (const Error& e) {
-                ShellPaths().ReportError(e, "zelvo.dll\\frmSelectOrg.DeleteCurrentJobTitle");
-                Err().Clear();
-            }
+            DeleteCurrentEmployee(employees);
             employees.MovePrevious();
         }
     }
     employees.Close();
-    rs.Delete();
-    return true;
+    // The row goes through this object's connection, which holds the
+    // transaction, whoever's record set found it.
+    return DeleteRowById(db, "JobTitles", "Job ID", job);
 }
 
 bool dbZelvo::DeleteEmployee(std::int32_t Employee_ID, std::int32_t Job_ID) {
@@ -165,7 +174,7 @@ bool dbZelvo::DeleteEmployee(std::int32_t Employee_ID, std::int32_t Job_ID) {
         on.Do([&] { rs.Close(); });
         return false;
     }
-    bool done = on.Resume([&] { return DeleteCurrentEmployee(rs); });
+    bool done = on.Resume([&] { return AllOrNothing(db, [&] { return DeleteCurrentEmployee(rs); }); });
     on.Do([&] { rs.Close(); });
     return done;
 }
@@ -173,17 +182,25 @@ bool dbZelvo::DeleteEmployee(std::int32_t Employee_ID, std::int32_t Job_ID) {
 bool dbZelvo::DeleteCurrentEmployee(dao::Recordset& rs) {
     if (rs.IsEOF() && rs.IsBOF()) return false;
     RemoveOwnerResources(ValueConv::ToLong(rs("Employee ID")), oEmployees_ID);
+    BeforeRowDeleted();
     rs.Delete();
     return true;
 }
 
 void dbZelvo::DeleteOrgRooms(std::int32_t Organization_ID) {
+    AllOrNothing(db, [&] {
+        DeleteRoomsOfOrg(Organization_ID);
+        return true;
+    });
+}
+
+void dbZelvo::DeleteRoomsOfOrg(std::int32_t Organization_ID) {
     std::unordered_set<std::int32_t> gone;
     for (std::int32_t room :
          IdsLastToFirst(db, "Select * from Rooms where Rooms.[Organization ID]=" + Id(Organization_ID) + ";", "Room ID")) {
         // A room that lay under one deleted earlier in this walk is gone.
         if (gone.count(room)) continue;
-        MoveEmployeesFromRoom(room);
+        MoveOutOfRoom(room);
         DeleteRowById(db, "Rooms", "Room ID", room);
         gone.insert(room);
         DeleteRoomsBelow(room, gone);
@@ -192,9 +209,11 @@ void dbZelvo::DeleteOrgRooms(std::int32_t Organization_ID) {
 
 bool dbZelvo::DeleteChildRooms(std::int32_t Room_ID) {
     if (Room_ID == 0) return false;
-    std::unordered_set<std::int32_t> gone;
-    DeleteRoomsBelow(Room_ID, gone);
-    return true;
+    return AllOrNothing(db, [&] {
+        std::unordered_set<std::int32_t> gone;
+        DeleteRoomsBelow(Room_ID, gone);
+        return true;
+    });
 }
 
 void dbZelvo::DeleteRoomsBelow(std::int32_t Room_ID, std::unordered_set<std::int32_t>& gone) {
@@ -222,7 +241,7 @@ void dbZelvo::DeleteRoomsBelow(std::int32_t Room_ID, std::unordered_set<std::int
         stack.pop_back();
         if (stack.empty()) break;  // the room we started from stays
         RemoveOwnerResources(room, oRoom_ID);
-        MoveEmployeesFromRoom(room);
+        MoveOutOfRoom(room);
         DeleteRowById(db, "Rooms", "Room ID", room);
         gone.insert(room);
     }
@@ -230,6 +249,13 @@ void dbZelvo::DeleteRoomsBelow(std::int32_t Room_ID, std::unordered_set<std::int
 
 bool dbZelvo::MoveEmployeesFromRoom(std::int32_t Room_ID) {
     if (Room_ID == 0) return false;
+    return AllOrNothing(db, [&] {
+        MoveOutOfRoom(Room_ID);
+        return true;
+    });
+}
+
+void dbZelvo::MoveOutOfRoom(std::int32_t Room_ID) {
     dao::Recordset rs = db.OpenRecordset("Select * from Employees Where [Room ID]=" + Id(Room_ID) + ";");
     if (!rs.IsEOF()) {
         rs.MoveLast();
@@ -241,7 +267,6 @@ bool dbZelvo::MoveEmployeesFromRoom(std::int32_t Room_ID) {
         }
     }
     rs.Close();
-    return true;
 }
 
 std::string dbZelvo::GetRoomStringFromID(std::int32_t Room_ID) {

@@ -23,12 +23,21 @@
 // does not hang a walk: a unit or room met a second time is passed over.
 // The walks keep their own stack, so a chain of any depth is fine.
 //
-// Engine errors are not caught here (the callers pass over them): a failure
-// midway leaves what was deleted so far deleted. A missing row is told to
-// the person and gives False.
+// Each deletion is one transaction of the book, however many rows it takes
+// along: it is kept whole or not at all. An engine error midway (a locked
+// or full book, a row that cannot be written) undoes everything it had
+// deleted and goes on to the caller, so the book is never left with half an
+// organization, as the older program could leave it. The one transaction
+// also spares a sync of the file for each row. A missing row is told to the
+// person and gives False, with nothing deleted.
+//
+// Every read and write of a deletion goes through the one Database of this
+// object: another connection on the file would wait for the transaction's
+// lock.
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <unordered_set>
 
@@ -49,7 +58,7 @@ public:
     // Deletes the unit and everything below it (see above). True when the
     // row was deleted. A unit that is not in the book, or a subordinate unit
     // that vanished during the walk, shows a warning and gives False; the
-    // unit then remains, and what was deleted before stays deleted.
+    // book is then left as it was.
     bool DeleteOrg(std::int32_t Organization_ID);
 
     // Deletes the job title `Job_ID`, found in the caller's record set
@@ -83,10 +92,16 @@ public:
     std::string RoomStringByRecordset(dao::Recordset& rsRooms, std::int32_t Room_ID);
 
 private:
+    // DeleteOrg inside its transaction.
+    bool DeleteUnitTree(std::int32_t Organization_ID);
+    // DeleteOrgRooms and MoveEmployeesFromRoom inside the transaction of
+    // their caller.
+    void DeleteRoomsOfOrg(std::int32_t Organization_ID);
+    void MoveOutOfRoom(std::int32_t Room_ID);
     // The resources of one owner go, each with its last link.
     void RemoveOwnerResources(std::int32_t Owner_ID, std::int32_t OwnerType);
-    // The cascade of the job title on which `rs` stands, and the row.
-    bool DeleteCurrentJobTitle(dao::Recordset& rs);
+    // The cascade of the job title `job`, and its row.
+    bool DeleteJobCascade(std::int32_t job);
     // The employee row on which `rs` stands, with its resources.
     bool DeleteCurrentEmployee(dao::Recordset& rs);
     // Everything of one unit but its subordinate units and its own row.
@@ -96,7 +111,12 @@ private:
     void DeleteRoomsBelow(std::int32_t Room_ID, std::unordered_set<std::int32_t>& gone);
 
     dao::Database db;
-    dao::Recordset rsResources;
 };
+
+// Called before each row a deletion removes (units, job titles, employees,
+// rooms), so that tests can make a deletion fail midway. Returns the hook
+// that was set.
+using DeletionFaultHook = std::function<void()>;
+DeletionFaultHook SetDeletionFaultHook(DeletionFaultHook hook);
 
 }  // namespace zelvo

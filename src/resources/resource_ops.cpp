@@ -140,6 +140,20 @@ bool DeleteOwnerResources(std::int32_t OwnerID, std::int32_t OwnerType, dao::Rec
     return true;
 }
 
+// Deletes the rows of `noted` to which no link is left, in one statement.
+// Each is asked for by itself: a lookup by one key is what the engine keeps
+// an index for.
+static void DeleteUnlinkedResources(const dao::Database& db, const std::vector<std::int32_t>& noted) {
+    std::string unlinked;
+    for (std::int32_t id : noted) {
+        dao::Recordset left =
+            db.OpenRecordset("Select [Resource ID] From ResourcesOwners Where [Resource ID]=" + std::to_string(id) + ";");
+        if (left.IsEOF()) unlinked += (unlinked.empty() ? "" : ",") + std::to_string(id);
+        left.Close();
+    }
+    if (!unlinked.empty()) db.Execute("Delete From Resources Where [Resource ID] In (" + unlinked + ");");
+}
+
 bool DeletePersonResources(std::int32_t PersonalID) {
     if (PersonalID == 0) return false;
     OnErrorResumeNext on("Module1.DeletePersonResources");
@@ -166,24 +180,20 @@ bool DeletePersonResources(std::int32_t PersonalID) {
                            " And ([OwnerType]=0 Or [OwnerType] Is Null);");
         }))
         return true;
-    // Each noted resource is asked for by itself: a lookup by one key is
-    // what the engine keeps an index for.
-    std::vector<std::int32_t> shared;
-    for (std::int32_t id : noted) {
-        dao::Recordset left = on.Resume([&] {
-            return own.db.OpenRecordset("Select [Resource ID] From ResourcesOwners Where [Resource ID]=" +
-                                        std::to_string(id) + ";");
-        });
-        // Unless it is known that no link is left, the row stays.
-        if (!left || !on.Resume([&] { return left.IsEOF(); }, false)) shared.push_back(id);
-        if (left) on.Do([&] { left.Close(); });
-    }
-    std::string unlinked;
-    for (std::int32_t id : noted)
-        if (std::find(shared.begin(), shared.end(), id) == shared.end())
-            unlinked += (unlinked.empty() ? "" : ",") + std::to_string(id);
-    if (!unlinked.empty())
-        on.Do([&] { own.db.Execute("Delete From Resources Where [Resource ID] In (" + unlinked + ");"); });
+    on.Do([&] { DeleteUnlinkedResources(own.db, noted); });
+    return true;
+}
+
+bool DeleteOwnerResourcesIn(const dao::Database& db, std::int32_t OwnerID, std::int32_t OwnerType) {
+    if (OwnerID == 0) return false;
+    std::vector<std::int32_t> noted;
+    dao::Recordset links = db.OpenRecordset(SqlOwnerLinks(OwnerID, OwnerType), dao::dbOpenSnapshot);
+    for (; !links.IsEOF(); links.MoveNext()) noted.push_back(ValueConv::ToLong(links("Resource ID")));
+    links.Close();
+    if (noted.empty()) return true;
+    db.Execute("Delete From ResourcesOwners Where [Owner ID]=" + std::to_string(OwnerID) +
+               " And [OwnerType]=" + std::to_string(OwnerType) + ";");
+    DeleteUnlinkedResources(db, noted);
     return true;
 }
 

@@ -17,6 +17,7 @@
 #include <cstdint>
 #include <string>
 
+#include "platform/dao/database.h"
 #include "platform/dao/recordset.h"
 
 namespace zelvo {
@@ -52,6 +53,13 @@ void DeleteResByID(std::int32_t ResourceID, dao::Recordset& RsResources);
 // DeleteRes2 for every link of an owner, when the owner goes. False for
 // OwnerID 0 (nobody), true otherwise.
 bool DeleteOwnerResources(std::int32_t OwnerID, std::int32_t OwnerType, dao::Recordset& RsResources);
+
+// DeleteOwnerResources for a caller that deletes many owners in one
+// transaction of `db`: the owner's links go in one statement, then each of
+// their resources no other owner still links to, all written and read
+// through `db`. Nothing is told to the person; engine errors go on to the
+// caller. False for OwnerID 0, true otherwise.
+bool DeleteOwnerResourcesIn(const dao::Database& db, std::int32_t OwnerID, std::int32_t OwnerType);
 
 // Removes every link of a person, those with a Null [OwnerType] included,
 // and then each of their resources that no other owner still links to. A

@@ -51,6 +51,7 @@
 #include "platform/dao/dbengine.h"
 #include "platform/dao/jet_file/jet_file_reader.h"
 #include "platform/shell/file_system.h"
+#include "store/book_transaction.h"
 #include "store/compress_db.h"
 #include "store/library_state.h"
 
@@ -76,39 +77,6 @@ CorrectFaultHook& FaultHook() {
 void Fault(CorrectStep step) {
     if (FaultHook()) FaultHook()(step);
 }
-
-// Holds stages 2 to 7 together. SQLite undoes changes of the schema as it
-// undoes changes of rows, so a conversion is committed whole or not at all:
-// when the process dies first, the book opens next time as it was before
-// the run; when an error escapes a stage, the destructor rolls back.
-class BookTransaction {
-public:
-    explicit BookTransaction(const dao::Database& db) : conn_(db.connection()) {
-        conn_->BeforeWrite();
-        conn_->ExecRaw("BEGIN IMMEDIATE");
-        open_ = true;
-    }
-    ~BookTransaction() {
-        if (!open_ || conn_->closed()) return;
-        if (sqlite3_get_autocommit(conn_->db()) == 0)
-            sqlite3_exec(conn_->db(), "ROLLBACK", nullptr, nullptr, nullptr);
-        conn_->SchemaChanged();
-    }
-    BookTransaction(const BookTransaction&) = delete;
-    BookTransaction& operator=(const BookTransaction&) = delete;
-
-    void Commit() {
-        open_ = false;
-        // SQLite ends a transaction by itself after some failures (a full
-        // disk, an I/O error); what ran after that is committed already.
-        if (sqlite3_get_autocommit(conn_->db()) == 0) conn_->ExecRaw("COMMIT");
-        conn_->SchemaChanged();
-    }
-
-private:
-    std::shared_ptr<dao::detail::Connection> conn_;
-    bool open_ = false;
-};
 
 struct Column {
     const char* name;

@@ -6,6 +6,8 @@
 #include "organizations/org_codes.h"
 #include "organizations/org_sql.h"
 #include "org_book.h"
+#include "platform/dao/connection.h"
+#include "platform/dao/dbengine.h"
 #include "zelvo/addressbook.h"
 
 namespace zelvo::testing {
@@ -227,6 +229,35 @@ TEST_F(OrgModelTest, TreeQueriesFindWhatTheWindowsList) {
     EXPECT_EQ(ValueConv::ToLong(jobs("Organization ID")), sub);
     EXPECT_EQ(Count(SqlPersonJobs(Person("Bob"))), 0);
     EXPECT_EQ(Count(SqlPersonJobs(0)), 0);
+}
+
+TEST_F(OrgModelTest, JobsOfAPersonAreFoundByAnIndexOnceTheBookIsLarge) {
+    // The indexes of Employees over [Personal ID], read from the file.
+    auto employeeIndexes = [&] {
+        int n = 0;
+        sqlite3_exec(
+            db_.connection()->db(),
+            "SELECT 1 FROM sqlite_master WHERE type='index' AND tbl_name='Employees' AND sql LIKE '%Personal ID%'",
+            [](void* count, int, char**, char**) {
+                ++*static_cast<int*>(count);
+                return 0;
+            },
+            &n, nullptr);
+        return n;
+    };
+    std::int32_t ann = Person("Ann");
+    std::int32_t job = Job(Unit("Acme"), "Clerk");
+    Employee(job, ann);
+    // A small table is read faster than an index is kept.
+    EXPECT_EQ(Count(SqlPersonJobs(ann)), 1);
+    EXPECT_EQ(employeeIndexes(), 0);
+    Chain("Insert Into Employees ([Job ID], [Personal ID]) Values (" + N(job) + ", ?)", ann, 1500);
+    dao::Database other = dao::Engine().OpenDatabase(DatabasePath());
+    auto jobs = other.OpenRecordset(SqlPersonJobs(ann));
+    EXPECT_EQ(ValueConv::ToText(jobs("JobTitle")), "Clerk");
+    jobs.Close();
+    other.Close();
+    EXPECT_EQ(employeeIndexes(), 1);
 }
 
 TEST(OrgCodes, IconsAndTypes) {

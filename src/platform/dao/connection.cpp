@@ -487,6 +487,21 @@ Connection::Prepared Connection::Prepare(const jet::Shape& shape) {
         // once, so that each run is a lookup. This may reset the cache.
         for (const auto& lookup : translation->lookupColumns)
             EnsureLookupIndex(translation->sources[static_cast<size_t>(lookup.source)].name, lookup.column);
+        // A field joined to a looked-up one is looked up as well, by the
+        // join ("the jobs of person 5": Employees.[Personal ID] joined to
+        // PersonalData.[Personal ID]=5); unindexed, every run reads the
+        // whole joined table.
+        auto looked = [&](const jet::Translation::LookupColumn& c) {
+            for (const auto& lookup : translation->lookupColumns)
+                if (lookup.source == c.source && lookup.column == c.column) return true;
+            return false;
+        };
+        for (const auto& link : translation->joinLinks) {
+            if (looked(link.a) && link.b.source >= 0)
+                EnsureLookupIndex(translation->sources[static_cast<size_t>(link.b.source)].name, link.b.column);
+            if (looked(link.b) && link.a.source >= 0)
+                EnsureLookupIndex(translation->sources[static_cast<size_t>(link.a.source)].name, link.a.column);
+        }
         if (!translation->cacheable) {
             Prepared p{translation, {}};
             if (!translation->sql.empty()) {

@@ -89,8 +89,16 @@ private:
 
     std::string Item(const FromItem& it, bool nested) {
         if (it.kind == FromItem::Kind::Table) return Table(it, nested);
-        std::string left = Item(*it.left, nested);
         std::string on = w_.Expression(*it.on, scope_);
+        // SQLite keeps the tables of a RIGHT JOIN in the written order, so
+        // the left table is read whole even when the WHERE picks one row of
+        // the right one ("the jobs of person 5"). Between two tables the
+        // same rows come from the LEFT JOIN the other way round, which the
+        // planner may start from the row picked.
+        if (it.join == FromItem::JoinKind::Right && it.left->kind == FromItem::Kind::Table &&
+            it.right->kind == FromItem::Kind::Table)
+            return Table(*it.right, nested) + " LEFT JOIN " + Table(*it.left, nested) + " ON " + on;
+        std::string left = Item(*it.left, nested);
         if (it.right->kind == FromItem::Kind::Table)
             return left + JoinWord(it.join) + Table(*it.right, nested) + " ON " + on;
         if (it.join == FromItem::JoinKind::Inner && AllInner(*it.right)) {
