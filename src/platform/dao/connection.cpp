@@ -391,8 +391,9 @@ bool Connection::LoadCatalog(bool verify) {
     }
     for (auto& [name, type] : objects) {
         if (type == "view") {
+            const std::string& viewName = name;  // a structured binding is not captured by clang 14
             auto q = std::find_if(queries_.begin(), queries_.end(),
-                                  [&](const QuerySchema& k) { return SameName(k.name, name); });
+                                  [&](const QuerySchema& k) { return SameName(k.name, viewName); });
             if (q == queries_.end()) q = queries_.insert(queries_.end(), QuerySchema{name, {}, false});
             q->hasView = true;
             continue;
