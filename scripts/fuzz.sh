@@ -22,7 +22,8 @@ for t in "${targets[@]}"; do
   # Seed folders outside the checkout (the shared test data) may be absent.
   if [[ -f "$dir/seeds-$name.txt" ]]; then
     while IFS= read -r s; do
-      if [[ -n "$s" && -e "$s" ]]; then seeds+=("$s"); fi
+      # libFuzzer takes folders; a single seed file joins the working corpus.
+      if [[ -n "$s" && -d "$s" ]]; then seeds+=("$s"); elif [[ -n "$s" && -f "$s" ]]; then cp "$s" "$corpus/"; fi
     done < "$dir/seeds-$name.txt"
   fi
   echo "fuzz: $name for ${seconds}s"
