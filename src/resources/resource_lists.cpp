@@ -94,13 +94,12 @@ void FilllvwPhones(dao::Recordset& Rs, ui::ListView& Lvw) {
 
 void NavigateWebList(dao::Recordset& Rs, ui::ListView& Lvw) {
     try {
-        const std::string unspecified =
-            "<" + LngText("Module1.NavigateWebList", "Addr", "Address is not specified") + ">";
+        const std::string noAddress = "<" + LngText("Module1.NavigateWebList", "Addr", "No address given") + ">";
         FillFromLast(
             Rs, Lvw, "IE", LetItThrow{},
             [&](const std::string& s) {
                 std::string t = Trim(s);
-                return t.empty() ? unspecified : t;
+                return t.empty() ? noAddress : t;
             },
             Plain);
     } catch (const Error& e) {

@@ -30,7 +30,7 @@ void FillLvwEmails(dao::Recordset& Rs, ui::ListView& Lvw);
 void FilllvwPhones(dao::Recordset& Rs, ui::ListView& Lvw);
 
 // The web list: as above with the icon "IE" and the text trimmed; a page
-// with no text shows "<Address is not specified>". A failure is reported
+// with no text shows "<No address given>". A failure is reported
 // (label "frmMain.NavigateWebList") and ends the fill.
 void NavigateWebList(dao::Recordset& Rs, ui::ListView& Lvw);
 

@@ -54,7 +54,7 @@ TEST_F(ResourceListsTest, WebListTrimsAndNamesAnEmptyAddress) {
     dao::Recordset rs = db_.OpenRecordset(SqlPersonWebs(3));
     ui::ListView lv;
     NavigateWebList(rs, lv);
-    EXPECT_EQ(Rows(lv), (std::vector<std::string>{"5:example.org:IE", "6:<Address is not specified>:IE"}));
+    EXPECT_EQ(Rows(lv), (std::vector<std::string>{"5:example.org:IE", "6:<No address given>:IE"}));
 }
 
 TEST_F(ResourceListsTest, IconsByKind) {
