@@ -174,14 +174,7 @@ int RunList(std::span<const std::string> args) {
         std::cout << ")\n";
         return kExitOk;
     } catch (const Error& e) {
-        if (e.number() == 3024 || e.number() == 3044) {
-            std::cerr << "zelvo list: there is no address book at " << bookPath
-                      << "\nMake one with 'zelvo correct-db'" << (Host().appPath ? " --app-path " + *Host().appPath : "")
-                      << ".\n";
-        } else {
-            std::cerr << "zelvo list: error " << e.number() << ": " << e.description() << " (" << bookPath << ")\n";
-        }
-        return kExitFailure;
+        return ReportBookError("list", bookPath, e);
     }
 }
 

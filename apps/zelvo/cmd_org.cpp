@@ -238,14 +238,7 @@ int RunOrg(std::span<const std::string> args) {
         db.Close();
         return status;
     } catch (const Error& e) {
-        if (e.number() == 3024 || e.number() == 3044) {
-            std::cerr << "zelvo org: there is no address book at " << bookPath
-                      << "\nMake one with 'zelvo correct-db'" << (Host().appPath ? " --app-path " + *Host().appPath : "")
-                      << ".\n";
-        } else {
-            std::cerr << "zelvo org: error " << e.number() << ": " << e.description() << " (" << bookPath << ")\n";
-        }
-        return kExitFailure;
+        return ReportBookError("org", bookPath, e);
     }
 }
 

@@ -255,14 +255,7 @@ int RunProjects(std::span<const std::string> args) {
         db.Close();
         return status;
     } catch (const Error& e) {
-        if (e.number() == 3024 || e.number() == 3044) {
-            std::cerr << "zelvo projects: there is no address book at " << bookPath
-                      << "\nMake one with 'zelvo correct-db'" << (Host().appPath ? " --app-path " + *Host().appPath : "")
-                      << ".\n";
-        } else {
-            std::cerr << "zelvo projects: error " << e.number() << ": " << e.description() << " (" << bookPath << ")\n";
-        }
-        return kExitFailure;
+        return ReportBookError("projects", bookPath, e);
     }
 }
 

@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "platform/ui/terminal_host.h"
+#include "zelvo/error.h"
 
 namespace zelvo::cli {
 
@@ -51,5 +52,10 @@ HostOptions& Host();
 // The application folder: --app-path, else $XDG_DATA_HOME/zelvo (that is
 // ~/.local/share/zelvo).
 std::string HostAppPath();
+
+// Tells why `command` could not read the book at `bookPath`: a missing book
+// with the command that makes one, any other error with its number. Returns
+// kExitFailure, the status such a failure ends with.
+int ReportBookError(std::string_view command, const std::string& bookPath, const Error& e);
 
 }  // namespace zelvo::cli

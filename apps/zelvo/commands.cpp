@@ -62,4 +62,16 @@ bool WantsHelp(std::span<const std::string> args) {
                        [](const std::string& a) { return a == "--help" || a == "-h"; });
 }
 
+int ReportBookError(std::string_view command, const std::string& bookPath, const Error& e) {
+    if (e.number() == 3024 || e.number() == 3044) {
+        std::cerr << "zelvo " << command << ": there is no address book at " << bookPath
+                  << "\nMake one with 'zelvo correct-db'" << (Host().appPath ? " --app-path " + *Host().appPath : "")
+                  << ".\n";
+    } else {
+        std::cerr << "zelvo " << command << ": error " << e.number() << ": " << e.description() << " (" << bookPath
+                  << ")\n";
+    }
+    return kExitFailure;
+}
+
 }  // namespace zelvo::cli
