@@ -120,6 +120,24 @@ public:
     // empty list and one report.
     void ShowAddressBook();
 
+    // ---- Persons in and out
+    // A new person from one address string ("Name <addr>", a bare address,
+    // …): the person, the address as the person's e-mail resource, the row
+    // of the current project; then the card, and the call returns when the
+    // card is closed. A blank string does nothing. The data controls are
+    // not used: the call opens the book itself.
+    void AddPersonbyStrMail(std::string& strMail, ui::DataControl* DataPersonalFull = nullptr,
+                            ui::DataControl* DataProjects = nullptr, ui::DataControl* DataEmail = nullptr);
+    // An empty person in the current project, and its card.
+    void AddNewPerson();
+    // The person and what hangs on the person (resources, project rows,
+    // photos; jobs become vacancies). A number not in the book is reported.
+    void DeletePerson(std::int32_t Personal_ID, ui::DataControl* DataPersonal = nullptr,
+                      ui::DataControl* DataEmail = nullptr, ui::DataControl* DataProjects = nullptr);
+    // The card of the person, in the current project; returns when the
+    // card is closed.
+    void ShowPersProp(std::int32_t Personal_ID);
+
     // Opens one of the library's windows inside a space of the shell, the
     // window keeping `SpaceID` as its property "Space ID": 3 the address
     // book window. Corrects the book first. Returns when the window is

@@ -73,6 +73,8 @@ namespace {
 // cuts a value at the size of its buffer.
 constexpr size_t kBindSize = 256 * 1024;
 
+constexpr unsigned kMaxColumns = 255;
+
 int DaoType(const MdbColumn& c) {
     switch (c.col_type) {
         case MDB_BOOL: return dbBoolean;
@@ -90,6 +92,24 @@ int DaoType(const MdbColumn& c) {
         case MDB_NUMERIC: return dbDouble;
         default: return 0;
     }
+}
+
+// libmdb's own mdb_ole_read_full follows the chain of value pages for as
+// long as it goes; on a damaged file the chain can run in a circle and the
+// value grow until memory is gone. No value is longer than the file, so the
+// chain is followed here and cut off there.
+Bytes ReadOleValue(MdbHandle* mdb, MdbColumn& col, size_t fileSize, const std::string& file, const std::string& table) {
+    char head[MDB_MEMO_OVERHEAD];
+    std::memcpy(head, col.bind_ptr, sizeof head);
+    const auto* chunk = static_cast<const std::uint8_t*>(col.bind_ptr);
+    Bytes value;
+    for (size_t len = mdb_ole_read(mdb, &col, head, kBindSize); len > 0;
+         len = mdb_ole_read_next(mdb, &col, head)) {
+        if (len > kBindSize || value.size() + len > fileSize)
+            throw NotReadable(file, "an OLE value of '" + table + "' runs past the end of the file");
+        value.insert(value.end(), chunk, chunk + len);
+    }
+    return value;
 }
 
 }  // namespace
@@ -138,7 +158,10 @@ JetFileReader JetFileReader::FromBytes(std::string bytes, const std::string& nam
         MdbTableDef* def = mdb_read_table(entry);
         if (!def) throw NotReadable(name, std::string("the table '") + entry->object_name + "' is damaged");
         s->defs.push_back(def);
-        if (!mdb_read_columns(def)) throw NotReadable(name, std::string("the table '") + def->name + "' is damaged");
+        // A Jet table holds at most 255 columns; a damaged count would have
+        // the row reader bind a buffer for each of millions of them.
+        if (def->num_cols > kMaxColumns || !mdb_read_columns(def))
+            throw NotReadable(name, std::string("the table '") + def->name + "' is damaged");
         JetTable t;
         t.name = def->name;
         t.rowCount = def->num_rows;
@@ -226,12 +249,7 @@ void JetFileReader::ReadRows(size_t table, const std::function<void(const std::v
                         if (at >= 0 && at + len <= MDB_PGSIZE) v = Variant(Bytes(page + at, page + at + len));
                         break;
                     }
-                    size_t size = 0;
-                    void* blob = mdb_ole_read_full(s_->mdb, col, &size);
-                    if (!blob) throw NotReadable(s_->name, "an OLE value of '" + t.name + "' cannot be read");
-                    const auto* p = static_cast<const std::uint8_t*>(blob);
-                    v = Variant(Bytes(p, p + size));
-                    std::free(blob);
+                    v = Variant(ReadOleValue(s_->mdb, *col, s_->bytes.size(), s_->name, t.name));
                     break;
                 }
                 default:  // Text, Memo, Replication ID
@@ -268,6 +286,24 @@ const std::vector<JetTable>& JetFileReader::Tables() const {
     static const std::vector<JetTable> none;
     return none;
 }
+// libmdb's own mdb_ole_read_full follows the chain of value pages for as
+// long as it goes; on a damaged file the chain can run in a circle and the
+// value grow until memory is gone. No value is longer than the file, so the
+// chain is followed here and cut off there.
+Bytes JetFileReader::ReadOleValue(MdbColumn& col, const std::string& table) {
+    char head[MDB_MEMO_OVERHEAD];
+    std::memcpy(head, col.bind_ptr, sizeof head);
+    const auto* chunk = static_cast<const std::uint8_t*>(col.bind_ptr);
+    Bytes value;
+    for (size_t len = mdb_ole_read(s_->mdb, &col, head, kBindSize); len > 0;
+         len = mdb_ole_read_next(s_->mdb, &col, head)) {
+        if (len > kBindSize || value.size() + len > s_->bytes.size())
+            throw NotReadable(s_->name, "an OLE value of '" + table + "' runs past the end of the file");
+        value.insert(value.end(), chunk, chunk + len);
+    }
+    return value;
+}
+
 void JetFileReader::ReadRows(size_t, const std::function<void(const std::vector<Variant>&)>&) {}
 
 #endif
