@@ -278,6 +278,12 @@ const std::vector<Entry>& Members() {
              b.ShowAddressBook();
              return Variant();
          }},
+        {{"ShowPersProp", DispKind::Method, {Val("Personal_ID", T::Long)}, std::nullopt, false,
+          "opens the person's card in rProject and waits until it is closed"},
+         [](cAddressbook& b, std::vector<Variant>& v, std::vector<DispObject>&) {
+             b.ShowPersProp(Long(v[0]));
+             return Variant();
+         }},
         {{"SpaceNavigate", DispKind::Method,
           {{"SpaceID", T::Long, false, false, std::nullopt},
            Opt({"spaceItemNumber", T::Long, false, false, std::nullopt}, Variant(std::int64_t{0}))},
