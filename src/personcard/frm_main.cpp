@@ -1,6 +1,7 @@
 #include "personcard/frm_main.h"
 
 #include "hostservices/lng_text.h"
+#include "hostservices/shell_actions.h"
 #include "personcard/display_as.h"
 #include "photos/db_photo.h"
 #include "platform/core/error.h"
@@ -149,6 +150,12 @@ void frmMain::WireEvents() {
     Toolbar1.OnButtonClick = [this](ui::Button& b) { Toolbar1_ButtonClick(b.Key()); };
     LvwProjects.OnItemClick = [this](ui::ListItem& item) { LvwProjects_ItemClick(item); };
     SSTab1.OnClick = [this](int previous) { SSTab1_Click(previous); };
+    cmdAddPhoto.OnClick = [this] { cmdAddPhoto_Click(); };
+    cmdDeletePhoto.OnClick = [this] { cmdDeletePhoto_Click(); };
+    cmdLetter.OnClick = [this] { cmdLetter_Click(); };
+    lvwEmail.OnDblClick = [this] { cmdLetter_Click(); };
+    cmdPack.OnClick = [this] { cmdPack_Click(); };
+    cmdHelp.OnClick = [this] { cmdHelp_Click(); };
 }
 
 void frmMain::LocalizeControls() {
@@ -274,7 +281,9 @@ void frmMain::ReadData() {
         c->SetVisible(false);
     LvwUser.SetVisible(false);
     cmdHelp.SetVisible(true);
-    cmdExportToVCF.SetVisible(true);
+    // The export to a vCard file comes with the vCard writer of the card;
+    // until then the button is not offered.
+    cmdExportToVCF.SetVisible(false);
 }
 
 void frmMain::SetDataPersPos() {
@@ -321,8 +330,16 @@ void frmMain::NavigateCard() {
     lvwEmail.ListItems().Clear();
     if (RsEmails.IsOpen()) scope.Do([&] { FillLvwEmails(RsEmails, lvwEmail); });
     bool mails = lvwEmail.ListItems().Count() > 0;
-    cmdDelete.SetVisible(mails);
+    // Removing an address belongs to the Home tab's own commands, which the
+    // card does not have yet: the button stays out of sight until then.
+    cmdDelete.SetVisible(false);
     cmdLetter.SetVisible(mails);
+    // The buttons of a list are there only when the list has rows.
+    cmdGoHomeWeb.SetVisible(lvwHomeWeb.ListItems().Count() > 0);
+    cmdDeleteHomeWeb.SetVisible(lvwHomeWeb.ListItems().Count() > 0);
+    cmdDeleteICQ.SetVisible(LvwICQ.ListItems().Count() > 0);
+    cmdOrgLetter.SetVisible(lvwEmailOrg.ListItems().Count() > 0);
+    cmdGoOrgWeb.SetVisible(LvwOrgWeb.ListItems().Count() > 0);
     Navigating = false;
 }
 
@@ -358,8 +375,19 @@ void frmMain::ReadCardFields() {
 }
 
 void frmMain::RedrawScaledPhoto() {
+    OnErrorResumeNext scope("frmMain.RedrawScaledPhoto");
     bool found = false;
     std::int32_t id = HasCurrentPerson() ? ValueConv::ToLong(frameTag_) : 0;
+    // The photo rows of the person, newest first, read and written through
+    // the card's own book: a row added through another connection would not
+    // be seen by the card's open record sets.
+    dao::Recordset rows;
+    if (id != 0 && CardDB.IsOpen()) {
+        std::string sql = "SELECT Photo.[Personal ID],Photo.Photo From Photo WHERE (((Photo.[Personal ID])=" +
+                          std::to_string(id) + ")) order by Photo.[Photo ID] desc;";
+        rows = scope.Resume([&] { return CardDB.OpenRecordset(sql, dao::dbOpenDynaset); });
+    }
+    photo_->SetRecordset(rows);
     if (id != 0) photo_->LoadPersonPhoto(id, found);
     else ScaledPicture.Image.reset();
     txtPhoto.SetVisible(!found);
@@ -454,6 +482,35 @@ void frmMain::FillCombo1() {
 }
 
 // ---- Commands
+
+void frmMain::cmdAddPhoto_Click() {
+    if (!HasCurrentPerson()) return;
+    if (photo_->AddPhoto(ValueConv::ToLong(frameTag_))) {
+        NavigateCard();
+        ReadCardFields();
+    }
+}
+
+void frmMain::cmdDeletePhoto_Click() {
+    // The photo shown is the newest: the first of the person's photo rows.
+    if (HasCurrentPerson() && photo_->DeletePhoto()) {
+        NavigateCard();
+        ReadCardFields();
+    }
+}
+
+void frmMain::cmdLetter_Click() {
+    ui::ListItem* item = lvwEmail.SelectedItem();
+    if (!item && lvwEmail.ListItems().Count() > 0) item = &lvwEmail.ListItems().Item(1);
+    if (item) MailAction(item->Text(), AppPath, rProject, InsArcPrj);
+}
+
+void frmMain::cmdPack_Click() {
+    // The person's correspondence: the person, owner type 0, and True.
+    StartLauncher({std::to_string(Personal_ID), "0", "-1"}, AppPath);
+}
+
+void frmMain::cmdHelp_Click() { ShowHelp("frmMain.HTM"); }
 
 void frmMain::cmdOK_Click() { Hide(); }
 void frmMain::cmdCancel_Click() { Hide(); }

@@ -82,6 +82,11 @@ public:
     void Toolbar1_ButtonClick(const std::string& key);
     void LvwProjects_ItemClick(ui::ListItem& item);
     void SSTab1_Click(int previousTab);
+    void cmdAddPhoto_Click();
+    void cmdDeletePhoto_Click();
+    void cmdLetter_Click();
+    void cmdPack_Click();
+    void cmdHelp_Click();
 
     // ---- Controls
     // Head.

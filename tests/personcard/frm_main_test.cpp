@@ -5,6 +5,7 @@
 #include "personcard/show_person_card.h"
 #include "personslist/persons_book.h"
 #include "platform/ui/scripted_host.h"
+#include "support/shared_data.h"
 #include "zelvo/addressbook.h"
 
 namespace zelvo::testing {
@@ -159,6 +160,25 @@ TEST_F(FrmMainTest, TheProjectsTabFollowsThePersonsMemberships) {
     EXPECT_EQ(archived->Toolbar1.Buttons("InsArcPrj").Image(), Variant("Prj"));
     EXPECT_EQ(archived->Toolbar1.Buttons("InsArcPrj").Caption(), "from Archive");
     EXPECT_TRUE(archived->InsArcPrj);
+}
+
+TEST_F(FrmMainTest, APhotoAddedIsShownAndDeletingTheLastBringsBackThePlaceHolder) {
+    if (!SharedImagesPresent()) GTEST_SKIP() << "the shared images are not beside the checkout";
+    auto card = Card(2);
+    EXPECT_TRUE(card->txtPhoto.Visible());
+    EXPECT_FALSE(card->cmdDeletePhoto.Visible());
+
+    host_.QueueFileDialogAnswer(std::string(ZELVO_SHARED_DATA) + "/images/camera.png");
+    card->cmdAddPhoto.UserClick();
+    ASSERT_NE(card->ScaledPicture.Image, nullptr);
+    EXPECT_FALSE(card->txtPhoto.Visible());
+    EXPECT_TRUE(card->cmdDeletePhoto.Visible());
+    EXPECT_EQ(Ids("Select [Personal ID] From Photo"), (std::vector<int>{2}));
+
+    card->cmdDeletePhoto.UserClick();
+    EXPECT_TRUE(Ids("Select [Personal ID] From Photo").empty());
+    EXPECT_TRUE(card->txtPhoto.Visible());
+    EXPECT_FALSE(card->cmdDeletePhoto.Visible());
 }
 
 TEST_F(FrmMainTest, ClosingKeepsTheBookAsItIsAndReleasesIt) {
