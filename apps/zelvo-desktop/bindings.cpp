@@ -1,6 +1,10 @@
 #include "bindings.h"
 
 #include <QAction>
+#include <QImage>
+#include <QPixmap>
+#include <QSignalBlocker>
+#include <algorithm>
 #include <QPointer>
 
 #include "icons.h"
@@ -126,6 +130,51 @@ void BindTabs(QTabWidget* tabs, ui::TabStrip& model) {
         // A page the model refuses goes back to the one it has.
         if (!model.UserSelect(index) && guard) guard->setCurrentIndex(model.Tab());
     });
+}
+
+void BindComboBox(QComboBox* box, ui::ComboBox& model) {
+    box->setEditable(model.Style != ui::vbComboDropdownList);
+    box->setInsertPolicy(QComboBox::NoInsert);
+    QPointer<QComboBox> guard(box);
+    Follow(box, model, [&model, guard] {
+        if (!guard) return;
+        QStringList items;
+        for (int i = 0; i < model.ListCount(); ++i) items << Q(model.List(i));
+        // The list is rebuilt while the person types in the box: the text
+        // and the cursor stay where they are.
+        QSignalBlocker block(guard);
+        int cursor = guard->lineEdit() ? guard->lineEdit()->cursorPosition() : 0;
+        QStringList shown;
+        for (int i = 0; i < guard->count(); ++i) shown << guard->itemText(i);
+        if (shown != items) {
+            guard->clear();
+            guard->addItems(items);
+        }
+        if (guard->isEditable()) {
+            if (guard->currentText() != Q(model.Text())) guard->setEditText(Q(model.Text()));
+            guard->lineEdit()->setCursorPosition(std::min(cursor, static_cast<int>(guard->currentText().size())));
+        } else {
+            guard->setCurrentIndex(model.ListIndex());
+        }
+        guard->setEnabled(model.Enabled());
+        guard->setVisible(model.Visible());
+        guard->setToolTip(Q(model.ToolTipText()));
+    });
+    QObject::connect(box, &QComboBox::activated, box, [&model](int index) { model.UserSelect(index); });
+    if (box->lineEdit())
+        QObject::connect(box->lineEdit(), &QLineEdit::textEdited, box,
+                         [&model](const QString& text) { model.UserType(text.toStdString()); });
+}
+
+void ShowPictureBox(QLabel* label, const ui::PictureBox& model, const QString& none) {
+    const auto& pic = model.Image ? model.Image : model.Picture;
+    if (!pic || pic->Empty()) {
+        label->setText(none);
+        return;
+    }
+    QImage image(pic->Pixels.data(), pic->Width, pic->Height, pic->Width * 3, QImage::Format_RGB888);
+    // The picture's pixels belong to the model: the label keeps a copy.
+    label->setPixmap(QPixmap::fromImage(image.copy()));
 }
 
 }  // namespace zelvo::desktop

@@ -7,6 +7,7 @@
 // observing the model when it goes.
 #pragma once
 
+#include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -14,6 +15,8 @@
 #include <QTabWidget>
 #include <QToolBar>
 
+#include "platform/ui/combo_box.h"
+#include "platform/ui/picture_box.h"
 #include "platform/ui/simple_controls.h"
 #include "platform/ui/tab_strip.h"
 #include "platform/ui/toolbar.h"
@@ -31,5 +34,12 @@ void BindStatusBar(QStatusBar* bar, ui::StatusBar& model);
 // The strip's tabs are the widget's pages, in order; the widget must have
 // as many pages as the strip has tabs.
 void BindTabs(QTabWidget* tabs, ui::TabStrip& model);
+// An editable box: the model's list and text; a pick from the list and the
+// person's typing go to the model as UserSelect and UserType.
+void BindComboBox(QComboBox* box, ui::ComboBox& model);
+// The picture a picture box shows (what was drawn on it, else its picture),
+// as it stands when the window is made: a picture box tells no one of its
+// changes. `none` is shown when it has no picture.
+void ShowPictureBox(QLabel* label, const ui::PictureBox& model, const QString& none = {});
 
 }  // namespace zelvo::desktop

@@ -11,6 +11,7 @@
 #include <QTimer>
 #include <iostream>
 
+#include "card_window.h"
 #include "persons_window.h"
 #include "platform/shell/project_paths.h"
 #include "platform/ui/form.h"
@@ -68,6 +69,7 @@ QString QtFileFilter(const std::string& filter) {
 QtUiHost::QtUiHost() {
     // One line a window of the library that the desktop can draw.
     factories_["frmPersons"] = [](ui::Form& form) { return MakePersonsWindow(form); };
+    factories_["frmMain"] = [](ui::Form& form) { return MakeCardWindow(form); };
 }
 
 int QtUiHost::ShowMessageBox(const ui::MessageBoxRequest& request) {
