@@ -206,7 +206,7 @@ void frmMain::LocalizeControls() {
     LvwICQ.ColumnHeaders().Add(LngText("frmMain.LocalizeControls", "LvwICQHdr2", "Phone type"));
     LvwOrg.ColumnHeaders().Add(LngText("frmMain.LocalizeControls", "LvwOrgHdr1", "Organization"));
     LvwOrg.ColumnHeaders().Add(LngText("frmMain.LocalizeControls", "LvwOrgHdr2", "Job title"));
-    LvwOrgWeb.ColumnHeaders().Add(LngText("frmMain.LocalizeControls", "LvwOrgWebHdr1 ", "Address"));
+    LvwOrgWeb.ColumnHeaders().Add(LngText("frmMain.LocalizeControls", "LvwOrgWebHdr1", "Address"));
     LvwOrgWeb.ColumnHeaders().Add(LngText("frmMain.LocalizeControls", "LvwOrgWebHdr2", "Phone type"));
     LvwICQorg.ColumnHeaders().Add(LngText("frmMain.LocalizeControls", "LvwICQorgHdr1", "Address"));
     LvwICQorg.ColumnHeaders().Add(LngText("frmMain.LocalizeControls", "LvwICQorgHdr2", "Phone type"));
