@@ -8,7 +8,6 @@
 #include "platform/core/value_conv.h"
 #include "projects/addr_dlg.h"
 #include "projects/membership_bar.h"
-#include "projects/project_bar.h"
 #include "resources/resource_lists.h"
 #include "resources/resource_ops.h"
 #include "resources/resource_queries.h"
@@ -149,7 +148,6 @@ void frmMain::WireEvents() {
     cmdCancel.OnClick = [this] { cmdCancel_Click(); };
     Toolbar1.OnButtonClick = [this](ui::Button& b) { Toolbar1_ButtonClick(b.Key()); };
     LvwProjects.OnItemClick = [this](ui::ListItem& item) { LvwProjects_ItemClick(item); };
-    SSTab1.OnClick = [this](int previous) { SSTab1_Click(previous); };
     cmdAddPhoto.OnClick = [this] { cmdAddPhoto_Click(); };
     cmdDeletePhoto.OnClick = [this] { cmdDeletePhoto_Click(); };
     cmdLetter.OnClick = [this] { cmdLetter_Click(); };
@@ -514,8 +512,6 @@ void frmMain::cmdHelp_Click() { ShowHelp("frmMain.HTM"); }
 
 void frmMain::cmdOK_Click() { Hide(); }
 void frmMain::cmdCancel_Click() { Hide(); }
-
-void frmMain::SSTab1_Click(int) {}
 
 void frmMain::Toolbar1_ButtonClick(const std::string& key) {
     OnErrorResumeNext scope("frmMain.Toolbar1_ButtonClick");

@@ -81,7 +81,6 @@ public:
     void cmdCancel_Click();
     void Toolbar1_ButtonClick(const std::string& key);
     void LvwProjects_ItemClick(ui::ListItem& item);
-    void SSTab1_Click(int previousTab);
     void cmdAddPhoto_Click();
     void cmdDeletePhoto_Click();
     void cmdLetter_Click();
