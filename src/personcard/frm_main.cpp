@@ -153,6 +153,8 @@ void frmMain::WireEvents() {
     cmdLetter.OnClick = [this] { cmdLetter_Click(); };
     lvwEmail.OnDblClick = [this] { cmdLetter_Click(); };
     cmdPack.OnClick = [this] { cmdPack_Click(); };
+    cmdGoHomeWeb.OnClick = [this] { cmdGoHomeWeb_Click(); };
+    lvwHomeWeb.OnDblClick = [this] { cmdGoHomeWeb_Click(); };
     cmdHelp.OnClick = [this] { cmdHelp_Click(); };
 }
 
@@ -320,25 +322,40 @@ void frmMain::NavigateCard() {
         cmdPack.SetEnabled(false);
     }
     frameTag_ = std::to_string(id);
-    if (RsEmails.IsOpen()) scope.Do([&] { RsEmails.Close(); });
-    RsEmails = {};
-    if (id != 0 && CardDB.IsOpen())
-        RsEmails = scope.Resume([&] { return CardDB.OpenRecordset(SqlEmails(id, 0), dao::dbOpenDynaset); });
+    Reopen(RsEmails, id, id ? SqlEmails(id, 0) : std::string());
+    // The web pages and the ICQ numbers of the person; the phones are the
+    // person's own while no home address is chosen.
+    Reopen(RsWebs, id, id ? SqlPersonWebs(id) : std::string());
+    lvwHomeWeb.ListItems().Clear();
+    if (RsWebs.IsOpen()) NavigateWebList(RsWebs, lvwHomeWeb);
+    Reopen(RsICQ, id, id ? scope.Resume([&] { return GetOwnerResourcesQuery(id, 0, 4); }) : std::string());
+    LvwICQ.ListItems().Clear();
+    if (RsICQ.IsOpen()) FillLvwResources(RsICQ, LvwICQ, 4);
+    Reopen(RsPhones, id, id ? SqlHomePhones(id, 0) : std::string());
+    lvwHomePhones.ListItems().Clear();
+    if (RsPhones.IsOpen()) FilllvwPhones(RsPhones, lvwHomePhones);
     RedrawScaledPhoto();
     lvwEmail.ListItems().Clear();
     if (RsEmails.IsOpen()) scope.Do([&] { FillLvwEmails(RsEmails, lvwEmail); });
     bool mails = lvwEmail.ListItems().Count() > 0;
-    // Removing an address belongs to the Home tab's own commands, which the
-    // card does not have yet: the button stays out of sight until then.
-    cmdDelete.SetVisible(false);
-    cmdLetter.SetVisible(mails);
+    // Removing an address, a page or a number belongs to the Home tab's own
+    // commands, which the card does not have yet: those buttons stay out of
+    // sight until then.
+    for (ui::CommandButton* b : {&cmdDelete, &cmdDeleteHomeWeb, &cmdDeleteICQ}) b->SetVisible(false);
     // The buttons of a list are there only when the list has rows.
+    cmdLetter.SetVisible(mails);
     cmdGoHomeWeb.SetVisible(lvwHomeWeb.ListItems().Count() > 0);
-    cmdDeleteHomeWeb.SetVisible(lvwHomeWeb.ListItems().Count() > 0);
-    cmdDeleteICQ.SetVisible(LvwICQ.ListItems().Count() > 0);
     cmdOrgLetter.SetVisible(lvwEmailOrg.ListItems().Count() > 0);
     cmdGoOrgWeb.SetVisible(LvwOrgWeb.ListItems().Count() > 0);
     Navigating = false;
+}
+
+void frmMain::Reopen(dao::Recordset& rs, std::int32_t id, const std::string& sql) {
+    OnErrorResumeNext scope("frmMain.NavigateCard");
+    if (rs.IsOpen()) scope.Do([&] { rs.Close(); });
+    rs = {};
+    if (id != 0 && !sql.empty() && CardDB.IsOpen())
+        rs = scope.Resume([&] { return CardDB.OpenRecordset(sql, dao::dbOpenDynaset); });
 }
 
 void frmMain::ReadCardFields() {
@@ -406,7 +423,7 @@ void frmMain::QueryUnload() {
     OnErrorResumeNext scope("frmMain.Form_QueryUnload");
     photo_.reset();
     RemoveProp(kSpaceIdProp);
-    for (dao::Recordset* rs : {&RsEmails, &RsOrganizations, &RsJobTitles, &RsAddrOwners, &RsPostAddresses,
+    for (dao::Recordset* rs : {&RsEmails, &RsPhones, &RsWebs, &RsICQ, &RsOrganizations, &RsJobTitles, &RsAddrOwners, &RsPostAddresses,
                                &RsResources, &RsOwners, &RsRooms, &addr_->RsPersonal, &addr_->DataPersonalFull,
                                &addr_->DataProjects})
         if (rs->IsOpen()) scope.Do([&] { rs->Close(); });
@@ -501,6 +518,11 @@ void frmMain::cmdLetter_Click() {
     ui::ListItem* item = lvwEmail.SelectedItem();
     if (!item && lvwEmail.ListItems().Count() > 0) item = &lvwEmail.ListItems().Item(1);
     if (item) MailAction(item->Text(), AppPath, rProject, InsArcPrj);
+}
+
+void frmMain::cmdGoHomeWeb_Click() {
+    if (ui::ListItem* item = lvwHomeWeb.SelectedItem()) OpenPage(item->Text());
+    else if (lvwHomeWeb.ListItems().Count() > 0) OpenPage(lvwHomeWeb.ListItems().Item(1).Text());
 }
 
 void frmMain::cmdPack_Click() {

@@ -61,8 +61,8 @@ public:
     // Puts RsPersonal on the person (through the project row when the card
     // was opened in a project), then NavigateCard.
     void SetDataPersPos();
-    // Fills what hangs on the person: the e-mail list and the photo, as far
-    // as the card has them.
+    // Fills what hangs on the person: the Home tab's e-mail, phone, web and
+    // ICQ lists and the photo, as far as the card has them.
     void NavigateCard();
     // The second pass by the card's identity: projects, e-mail list, and the
     // name boxes from the record (or emptied without one).
@@ -85,6 +85,7 @@ public:
     void cmdDeletePhoto_Click();
     void cmdLetter_Click();
     void cmdPack_Click();
+    void cmdGoHomeWeb_Click();
     void cmdHelp_Click();
 
     // ---- Controls
@@ -131,11 +132,14 @@ private:
     // filling its fields or stands on no person.
     void WriteName(const char* column, const std::string& text);
     bool HasCurrentPerson();
+    // Re-opens `rs` on `sql` through the card's book (closed, and left
+    // closed, without a person).
+    void Reopen(dao::Recordset& rs, std::int32_t id, const std::string& sql);
     void EnableProjectButtons();
 
     dao::Database CardDB;
     dao::Recordset RsOrganizations, RsJobTitles, RsAddrOwners, RsPostAddresses, RsResources, RsOwners, RsRooms;
-    dao::Recordset RsEmails;
+    dao::Recordset RsEmails, RsPhones, RsWebs, RsICQ;
     std::unique_ptr<AddrDLG> addr_;
     std::unique_ptr<dbPhoto> photo_;
     // The card's identity as the tabs read it (FrameProp's Tag).

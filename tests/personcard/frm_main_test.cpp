@@ -109,6 +109,30 @@ TEST_F(FrmMainTest, NameBoxesWriteAtEveryChangeAndFullNameOnlyThroughTheDisplayB
     EXPECT_EQ(Stored(1), "Иванов/Иван/Иванович/Иванов Иван");
 }
 
+TEST_F(FrmMainTest, TheHomeTabListsThePersonsOwnAddressesPhonesPagesAndNumbers) {
+    db_.Execute("Insert Into Resources (ResourceString, ResourceType) Values (\" www.example.org \", 1)");
+    db_.Execute("Insert Into Resources (ResourceString, ResourceType) Values (\"123456\", 4)");
+    db_.Execute("Insert Into ResourcesOwners ([Resource ID], [Owner ID], OwnerType) Values (5, 1, 0)");
+    db_.Execute("Insert Into ResourcesOwners ([Resource ID], [Owner ID], OwnerType) Values (6, 2, 0)");
+    auto card = Card(1);
+    EXPECT_EQ(Rows(card->lvwEmail), "ivan@example.org,ivanov@work.example");
+    EXPECT_EQ(Rows(card->lvwHomePhones), "+7 495 123-45-67");
+    EXPECT_EQ(Rows(card->lvwHomeWeb), "www.example.org");
+    EXPECT_EQ(card->LvwICQ.ListItems().Count(), 0);  // the number is Smith's
+    EXPECT_TRUE(card->cmdLetter.Visible());
+    EXPECT_TRUE(card->cmdGoHomeWeb.Visible());
+    EXPECT_TRUE(card->cmdPack.Enabled());
+
+    auto smith = Card(2);
+    EXPECT_EQ(Rows(smith->LvwICQ), "123456");
+    EXPECT_EQ(smith->lvwHomePhones.ListItems().Count(), 0);
+    EXPECT_FALSE(smith->cmdGoHomeWeb.Visible());
+    // Without an address of its own the correspondence has nothing to start from.
+    auto nobody = Card(3);
+    EXPECT_FALSE(nobody->cmdPack.Enabled());
+    EXPECT_FALSE(nobody->cmdLetter.Visible());
+}
+
 TEST_F(FrmMainTest, TheOrganizationIsASuggestion) {
     auto card = Card(2);
     card->txtOrg.SetText("Acme Ltd");
