@@ -8,7 +8,8 @@
 //   ShowPersProp/InProject    a card opened in the project "Big" (10,000
 //                             members): the person through its membership
 //   RawSqlite                 the anchor: the same person's row, e-mail
-//                             addresses, project rows and photos read with
+//                             addresses, pages, ICQ numbers, phones, project
+//                             rows and photos read with
 //                             one prepared statement each (over the same
 //                             file, with the indexes the engine made)
 //
@@ -80,10 +81,14 @@ void BM_RawSqlite(benchmark::State& state) {
         // The book's text columns are declared with the engine's collation.
         dao::jet::RegisterJetRuntime(db);
         int person = Rows(db, "SELECT * FROM PersonalData WHERE \"Personal ID\" = ?", Person());
-        Rows(db,
-             "SELECT r.* FROM Resources r JOIN ResourcesOwners o ON o.\"Resource ID\" = r.\"Resource ID\" "
-             "WHERE o.\"Owner ID\" = ? AND o.OwnerType = 0 AND r.ResourceType = 2",
-             Person());
+        // The e-mail addresses, pages, ICQ numbers and phones, one list each.
+        for (const char* kind : {"2", "1", "4", "0"})
+            Rows(db,
+                 ("SELECT r.* FROM Resources r JOIN ResourcesOwners o ON o.\"Resource ID\" = r.\"Resource ID\" "
+                  "WHERE o.\"Owner ID\" = ? AND o.OwnerType = 0 AND r.ResourceType = " +
+                  std::string(kind))
+                     .c_str(),
+                 Person());
         Rows(db, "SELECT * FROM Projects WHERE \"Owner ID\" = ? AND OwnerType = 0", Person());
         Rows(db, "SELECT \"Personal ID\", Photo FROM Photo WHERE \"Personal ID\" = ? ORDER BY \"Photo ID\" DESC",
              Person());
