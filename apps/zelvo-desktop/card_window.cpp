@@ -117,8 +117,17 @@ std::unique_ptr<QWidget> MakeCardWindow(ui::Form& form) {
     auto* commands = new QVBoxLayout;
     for (auto [button, name] : {std::pair{&f.cmdAddPhoto, "cmdAddPhoto"}, {&f.cmdDeletePhoto, "cmdDeletePhoto"},
                                 {&f.cmdPack, "cmdPack"}, {&f.cmdExportToVCF, "cmdExportToVCF"},
-                                {&f.cmdHelp, "cmdHelp"}})
-        commands->addWidget(BoundButton(*button, name, central));
+                                {&f.cmdHelp, "cmdHelp"}}) {
+        QPushButton* b = BoundButton(*button, name, central);
+        commands->addWidget(b);
+        // A picture box tells no one of a new picture: the photo is drawn
+        // again after the two buttons that change it have done their work.
+        if (button == &f.cmdAddPhoto || button == &f.cmdDeletePhoto)
+            QObject::connect(b, &QPushButton::clicked, photo, [&f, photo] {
+                photo->clear();
+                ShowPictureBox(photo, f.ScaledPicture, QString::fromStdString(f.txtPhoto.Caption()));
+            });
+    }
     commands->addStretch(1);
     head->addLayout(commands);
     column->addLayout(head);
