@@ -184,7 +184,9 @@ int Show(const Options& o, std::int32_t id) {
     std::vector<std::string> projects;
     for (const PersonSummary::Project& p : s.Projects) projects.push_back(p.Path + (p.Archive ? " (archive)" : ""));
     auto line = [](const char* label, const std::string& value) {
-        std::cout << "  " << label << std::string(13 - std::string_view(label).size(), ' ') << value << "\n";
+        std::cout << "  " << label;
+        if (!value.empty()) std::cout << std::string(13 - std::string_view(label).size(), ' ') << value;
+        std::cout << "\n";
     };
     std::cout << "Person " << id << ": " << s.Name << "\n";
     line("Address:", s.Address);

@@ -22,12 +22,11 @@ protected:
     TempDir dir_;
 };
 
-TEST_F(CliPersonTest, APersonAddedFromAnAddressIsShownAndDeleted) {
-    Outcome r = Z({"person", "add", "Anna Smith <anna@example.org>", "--project", "Clients"});
-    ASSERT_EQ(r.status, 0) << r.err;
-    EXPECT_EQ(r.out, "1\n");
-
-    // Her home and her job, written as the card would.
+TEST_F(CliPersonTest, ShowGivesTheSummaryTheWindowShows) {
+    Sql("Insert Into PersonalData (FirstName, SurName, FullName) Values (\"Anna\", \"Smith\", \"Anna Smith\")");
+    Sql("Insert Into Resources (ResourceString, ResourceType) Values (\"anna@example.org\", 2)");
+    Sql("Insert Into ResourcesOwners ([Resource ID], [Owner ID], OwnerType) Values (1, 1, 0)");
+    Sql("Insert Into Projects ([Owner ID], OwnerType, Project, InsArcPrj) Values (1, 0, \"Clients\", False)");
     Sql("Insert Into PostAddresses ([aParent ID], aType, Address, PostIndex) Values (0, 0, \"Russia\", \"101\")");
     Sql("Insert Into PostAddresses ([aParent ID], aType, Address) Values (1, 2, \"Moscow\")");
     Sql("Insert Into AddressesOwners ([Address ID], [Owner ID], OwnerType) Values (2, 1, 0)");
@@ -35,28 +34,47 @@ TEST_F(CliPersonTest, APersonAddedFromAnAddressIsShownAndDeleted) {
     Sql("Insert Into JobTitles ([Organization ID], JobTitle) Values (1, \"Engineer\")");
     Sql("Insert Into Employees ([Job ID], [Personal ID], [Room ID]) Values (1, 1, 0)");
 
-    r = Z({"person", "show", "1", "--json"});
+    Outcome r = Z({"person", "show", "1", "--json"});
     ASSERT_EQ(r.status, 0) << r.err;
     EXPECT_TRUE(JsonCheck::IsValid(r.out)) << r.out;
-    EXPECT_TRUE(Has(r.out, "\"address\": \"101, Russia, Moscow\"")) << r.out;
-    EXPECT_TRUE(Has(r.out, "\"job\": \"Acme, Engineer\"")) << r.out;
-    EXPECT_TRUE(Has(r.out, "\"emails\": [\"anna@example.org\"]")) << r.out;
-    EXPECT_TRUE(Has(r.out, "\"projects\": [{\"project\": \"Clients\", \"archive\": false}]")) << r.out;
-    EXPECT_TRUE(Has(r.out, "\"photo\": null")) << r.out;
-    EXPECT_TRUE(Has(r.out, "Anna")) << r.out;
+    EXPECT_EQ(r.out,
+              "{\"id\": 1, \"name\": \"Anna Smith\", \"address\": \"101, Russia, Moscow\", \"homePhones\": \"\", "
+              "\"job\": \"Acme, Engineer\", \"workPhones\": \"\", \"emails\": [\"anna@example.org\"], \"webs\": [], "
+              "\"projects\": [{\"project\": \"Clients\", \"archive\": false}], \"photo\": null}\n");
 
     r = Z({"person", "show", "1"});
     ASSERT_EQ(r.status, 0) << r.err;
+    EXPECT_TRUE(Has(r.out, "Person 1: Anna Smith\n")) << r.out;
     EXPECT_TRUE(Has(r.out, "Job:         Acme, Engineer\n")) << r.out;
     EXPECT_TRUE(Has(r.out, "E-mail:      anna@example.org\n")) << r.out;
+    EXPECT_TRUE(Has(r.out, "Photo:       none\n")) << r.out;
+
+    r = Z({"person", "show", "2"});
+    EXPECT_EQ(r.status, 1);
+    EXPECT_TRUE(Has(r.err, "there is no person 2")) << r.err;
+}
+
+TEST_F(CliPersonTest, APersonAddedFromAnAddressIsShownAndDeleted) {
+    Outcome r = Z({"person", "add", "Anna Smith <anna@example.org>", "--project", "Clients"});
+    ASSERT_EQ(r.status, 0) << r.err;
+    EXPECT_EQ(r.out, "1\n");
+    r = Z({"person", "show", "1", "--json"});
+    ASSERT_EQ(r.status, 0) << r.err;
+    EXPECT_TRUE(Has(r.out, "\"emails\": [\"anna@example.org\"]")) << r.out;
+    EXPECT_TRUE(Has(r.out, "\"projects\": [{\"project\": \"Clients\", \"archive\": false}]")) << r.out;
+    EXPECT_TRUE(Has(r.out, "Anna")) << r.out;
 
     r = Z({"person", "rm", "1"});
     ASSERT_EQ(r.status, 0) << r.err;
+    EXPECT_EQ(r.out, "deleted person 1\n");
     r = Z({"person", "show", "1"});
     EXPECT_EQ(r.status, 1);
-    EXPECT_TRUE(Has(r.err, "there is no person 1")) << r.err;
     r = Z({"person", "rm", "1"});
     EXPECT_EQ(r.status, 1);
+    EXPECT_TRUE(Has(r.err, "there is no person 1")) << r.err;
+    // The address went with her.
+    r = Z({"sql", "Select Count(*) From Resources"});
+    EXPECT_TRUE(Has(r.out, "\n0\n")) << r.out;
 }
 
 TEST_F(CliPersonTest, BadUsageSaysWhatIsWrong) {
