@@ -3,8 +3,8 @@
 // list's number, the value the list's View in decimal).
 //
 // The file is UTF-16 with a byte-order mark, as the settings of the shell
-// family are; a file left in a one-byte encoding is read as it is and
-// rewritten as UTF-16, its entries whole, at the first write. Neither call
+// family are; a file without the mark is read as UTF-8 (plain ASCII among
+// it) and rewritten as UTF-16, its entries whole, at the first write. Neither call
 // fails: a missing or unreadable file gives the default, a file that cannot
 // be written loses the setting without a word.
 #pragma once
