@@ -32,6 +32,13 @@ namespace {
 using namespace zelvo;
 
 int gPersons = 100000;
+
+// Whether the host showed a message box (the card's window does not count).
+bool MessageShown(const ui::ScriptedUiHost& host) {
+    for (const auto& s : host.Log())
+        if (s.kind == ui::ScriptedUiHost::Shown::MessageBox) return true;
+    return false;
+}
 std::string gFolder;
 constexpr long long kVictim = 5000000;      // the person deleted each iteration
 constexpr long long kFirstResource = 50000000;
@@ -124,7 +131,7 @@ void BM_AddPersonbyStrMail(benchmark::State& state) {
         std::string mail = "\"Иванов, Иван\" <ivan@example.org>";
         book.AddPersonbyStrMail(mail);
     }
-    if (!host.Log().empty()) state.SkipWithError("a message was shown");
+    if (MessageShown(host)) state.SkipWithError("a message was shown");
 }
 
 void BM_AddPersonRaw(benchmark::State& state) {
@@ -159,7 +166,7 @@ void BM_DeletePerson(benchmark::State& state) {
         RemoveLeftovers();
         state.ResumeTiming();
     }
-    if (!host.Log().empty()) state.SkipWithError("a message was shown");
+    if (MessageShown(host)) state.SkipWithError("a message was shown");
 }
 
 void BM_DeletePersonRaw(benchmark::State& state) {
