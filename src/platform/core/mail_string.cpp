@@ -193,11 +193,12 @@ bool StartsWithNoCase(std::string_view s, std::string_view prefix) {
 }
 
 // An address as stored: no blanks (an address has none outside quotes, and
-// pasted ones often carry some around the "@"), no "mailto:".
+// pasted ones often carry some around the "@"), no angle brackets (a second
+// "<" inside the pair, an escaped one), no "mailto:".
 std::string CleanAddress(std::string_view s) {
     std::string out;
     for (char c : s)
-        if (!IsBlank(c)) out += c;
+        if (!IsBlank(c) && c != '<' && c != '>') out += c;
     if (StartsWithNoCase(out, "mailto:")) out.erase(0, 7);
     return out;
 }

@@ -82,6 +82,7 @@ const MailCase kBadInput[] = {
     {"UnterminatedQuoteAfterName", "Ivan \"Petrov <ivan@example.org>", "Ivan Petrov", "ivan@example.org"},
     {"UnterminatedBracket", "Ivan <ivan@example.org", "Ivan", "ivan@example.org"},
     {"StrayClosingBracket", "Ivan> ivan@example.org", "Ivan", "ivan@example.org"},
+    {"BracketInsideBrackets", "Ivan <iv<an@example.org>", "Ivan", "ivan@example.org"},
     {"UnterminatedComment", "ivan@example.org (Ivan", "Ivan", "ivan@example.org"},
     {"LineBreaksAreBlanks", "Ivan\r\n Petrov\t<ivan@example.org>", "Ivan Petrov", "ivan@example.org"},
     {"ControlsDropped", std::string("Iv\x01" "an\x7f <iv\x1b" "an@example.org>"), "Ivan", "ivan@example.org"},
@@ -104,6 +105,26 @@ TEST(MailStringLongTest, AVeryLongTextIsReadWholeAndNotCut) {
     for (int i = 0; i < 1000; ++i) noise += "\"(=?";
     EXPECT_NO_THROW(MailNamePart(noise + " <i@x.org>"));
     EXPECT_EQ(MailAddressPart(noise + " <i@x.org>"), "i@x.org");
+}
+
+TEST(MailStringLongTest, AnyMixOfTheSyntaxGivesAnAddressWithAnAtAndANameWithoutControls) {
+    // Strings made of the characters the grammar cares about, in any order:
+    // the parts keep their promises whatever the mix.
+    const std::string alphabet = "\"()<>,;@\\ =?_ab\t\r\n\x01Ж";
+    std::uint32_t seed = 12345;
+    auto next = [&] { return seed = seed * 1664525u + 1013904223u; };
+    for (int n = 0; n < 20000; ++n) {
+        std::string mail;
+        for (std::uint32_t len = next() % 40; len > 0; --len) mail += alphabet[(next() >> 8) % alphabet.size()];
+        std::string address = MailAddressPart(mail);
+        std::string name = MailNamePart(mail);
+        if (!address.empty()) {
+            EXPECT_NE(address.find('@'), std::string::npos) << mail;
+            EXPECT_EQ(address.find_first_of(" <>\t\r\n"), std::string::npos) << mail;
+        }
+        for (char c : name + address) EXPECT_FALSE(static_cast<unsigned char>(c) < 0x20) << mail;
+        if (!name.empty()) EXPECT_TRUE(name.front() != ' ' && name.back() != ' ') << mail;
+    }
 }
 
 }  // namespace
