@@ -20,14 +20,16 @@ std::int32_t NewPersonRecord(const std::string& rProject, bool InsArcPrj) {
     std::int32_t id = 0;
     bool written = on.Do([&] {
         BookTransaction transaction(own.db);
-        dao::Recordset persons = own.db.OpenRecordset("PersonalData", dao::dbOpenDynaset);
+        // Record sets of no rows: a row added stands last in its record set,
+        // so adding to one over a whole table would read the table first.
+        dao::Recordset persons = own.db.OpenRecordset("Select * From PersonalData Where False;", dao::dbOpenDynaset);
         persons.AddNew();
         // The Counter is numbered at AddNew: read it before Update.
         id = ValueConv::ToLong(persons("Personal ID"));
         persons.Update();
         persons.Close();
         if (!rProject.empty()) {
-            dao::Recordset projects = own.db.OpenRecordset("Projects", dao::dbOpenDynaset);
+            dao::Recordset projects = own.db.OpenRecordset("Select * From Projects Where False;", dao::dbOpenDynaset);
             projects.AddNew();
             projects.SetValue("Owner ID", Variant(std::int64_t{id}));
             projects.SetValue("OwnerType", Variant(std::int64_t{0}));
