@@ -166,6 +166,18 @@ TEST_F(UiDriverTest, APersonIsAddedSummarizedAndDeletedThroughTheWindow) {
     EXPECT_EQ(lines[5], "{\"result\": null, \"byref\": {}}");
 }
 
+TEST_F(UiDriverTest, ADoubleClickOnAMailAddressOfTheSummaryWritesALetter) {
+    Outcome r = Ui("click frmPersons.tbPrj:AllPersons\n"
+                   "select frmPersons.LvwUser 2\n"
+                   "dblclick frmPersons.lvwEmail 2\n"
+                   "close frmPersons\n",
+                   {"ShowAddressBook"});
+    ASSERT_EQ(r.status, 0) << r.err;
+    std::vector<std::string> lines = Lines(r.out);
+    ASSERT_EQ(lines.size(), 2u) << r.out;
+    EXPECT_TRUE(Has(lines[0], "\"shell\"") && Has(lines[0], "ivanov@work.example")) << lines[0];
+}
+
 TEST_F(UiDriverTest, ThePopupMenuSwitchesTheViewForTheNextWindowToo) {
     Outcome r = Ui("click frmPersons.mnPop:ViewPhoto\n"
                    "click frmPersons.cmdCancel\n",
