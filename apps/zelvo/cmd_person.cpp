@@ -12,6 +12,7 @@
 #include "platform/core/error.h"
 #include "platform/core/value_conv.h"
 #include "platform/ui/ui_host.h"
+#include "resources/resource_queries.h"
 #include "store/library_state.h"
 #include "zelvo/addressbook.h"
 
@@ -203,8 +204,7 @@ int Show(const Options& o, std::int32_t id) {
 int Remove(std::int32_t id) {
     {
         dao::Database db = OpenBook(true);
-        dao::Recordset rs = db.OpenRecordset(
-            "Select [Personal ID] From PersonalData Where [Personal ID]=" + std::to_string(id), dao::dbOpenSnapshot);
+        dao::Recordset rs = db.OpenRecordset(SqlRecordByID("PersonalData", "Personal ID", id), dao::dbOpenSnapshot);
         bool found = !rs.IsEOF();
         rs.Close();
         db.Close();

@@ -12,6 +12,7 @@
 #include "projects/membership_bar.h"
 #include "projects/project_rows.h"
 #include "projects/project_state.h"
+#include "resources/resource_queries.h"
 #include "platform/core/error.h"
 #include "platform/core/value_conv.h"
 #include "platform/shell/project_paths.h"
@@ -488,8 +489,7 @@ void frmPersons::DeleteSelectedPersons() {
             // The person's own row only, so that a large book is not walked
             // once for every person deleted.
             dao::Recordset rs = scope.Resume([&] {
-                return db_.OpenRecordset("Select * from PersonalData Where [Personal ID]=" + std::to_string(id),
-                                         dao::dbOpenDynaset);
+                return db_.OpenRecordset(SqlRecordByID("PersonalData", "Personal ID", id), dao::dbOpenDynaset);
             });
             if (!rs) continue;
             if (scope.Resume([&] { return !rs.IsEOF(); })) {
@@ -636,8 +636,7 @@ void frmPersons::RunMembershipKey(const std::string& key) {
     const std::int32_t id = Personal_ID();
     if (!db_.IsOpen() || !rsProjects_.IsOpen()) return;
     dao::Recordset person = scope.Resume([&] {
-        return db_.OpenRecordset("Select [Personal ID] from PersonalData Where [Personal ID]=" + std::to_string(id),
-                                 dao::dbOpenDynaset);
+        return db_.OpenRecordset(SqlRecordByID("PersonalData", "Personal ID", id), dao::dbOpenDynaset);
     });
     if (!person) return;
     bool side = InsArcPrj;

@@ -42,8 +42,7 @@ std::string ListText(const dao::Database& db, std::int32_t id, const OnErrorResu
     // The list's own rule for a person's text, so that the summary names
     // the person as the row does.
     dao::Recordset rs = on.Resume([&] {
-        return db.OpenRecordset("Select * from PersonalData Where [Personal ID]=" + std::to_string(id),
-                                dao::dbOpenDynaset);
+        return db.OpenRecordset(SqlRecordByID("PersonalData", "Personal ID", id), dao::dbOpenDynaset);
     });
     if (!rs) return {};
     ui::ListView list;
