@@ -113,11 +113,11 @@ struct Parts {
 
 Parts Split(std::string_view s) {
     Parts p;
-    std::string* target = nullptr;  // the word being read, or the bracketed text
+    std::string* target = nullptr;  // the unquoted word being read, if any
     bool commentTaken = false;
     auto endWord = [&] { target = nullptr; };
     auto word = [&](bool quoted) -> std::string& {
-        if (!target || quoted || p.words.back().quoted) {
+        if (!target || quoted) {
             p.words.push_back({{}, quoted});
             target = &p.words.back().text;
         }
@@ -318,8 +318,10 @@ Mailbox ParseMailbox(const std::string& mail) {
     }
     if (candidate.find('@') != std::string::npos) m.address = candidate;
 
-    m.name = TidyName(DecodeEncodedWords(Joined(p.words)));
-    if (m.name.empty()) m.name = TidyName(DecodeEncodedWords(p.comment));
+    // A decoded word may carry control characters of its own ("=0A").
+    auto decoded = [](std::string_view s) { return TidyName(WithoutControls(DecodeEncodedWords(s))); };
+    m.name = decoded(Joined(p.words));
+    if (m.name.empty()) m.name = decoded(p.comment);
     if (m.name.empty() && m.address.empty()) m.name = TidyName(candidate);
     return m;
 }

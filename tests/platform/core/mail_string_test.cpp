@@ -62,6 +62,7 @@ const MailCase kEncodedWords[] = {
     {"LanguageAfterCharset", "=?UTF-8*ru?B?0JjQstCw0L0=?= <i@x.ru>", "Иван", "i@x.ru"},
     {"UnknownCharsetKept", "=?x-no-such?Q?abc?= <i@x.ru>", "=?x-no-such?Q?abc?=", "i@x.ru"},
     {"MalformedWordKept", "=?UTF-8?X?abc?= <i@x.ru>", "=?UTF-8?X?abc?=", "i@x.ru"},
+    {"ControlsInsideAWordDropped", "=?UTF-8?Q?Iv=0D=0Aan=07_P?= <i@x.ru>", "Iv an P", "i@x.ru"},
     {"BadBase64Kept", "=?UTF-8?B?!!!?= <i@x.ru>", "=?UTF-8?B?!!!?=", "i@x.ru"},
 };
 INSTANTIATE_TEST_SUITE_P(EncodedWords, MailStringTest, ::testing::ValuesIn(kEncodedWords),
