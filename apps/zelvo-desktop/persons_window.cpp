@@ -1,7 +1,12 @@
 #include "persons_window.h"
 
 #include <QCloseEvent>
+#include <QEvent>
 #include <QFormLayout>
+#include <QGuiApplication>
+#include <QKeyEvent>
+#include <QMenu>
+#include <QShortcut>
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QListView>
@@ -19,20 +24,123 @@ namespace zelvo::desktop {
 namespace {
 
 // The frame's close button is the form's: it unloads the window, which ends
-// the wait of whoever opened it.
+// the wait of whoever opened it. The window state is the form's too: the
+// desktop's minimize or maximize is told to it, and its changes are shown.
 class FormWindow : public QMainWindow {
 public:
-    explicit FormWindow(ui::Form& form) : form_(form) {}
+    explicit FormWindow(ui::Form& form) : form_(form) {
+        observer_ = form_.Observe([this] { ShowState(); });
+    }
+    ~FormWindow() override { form_.Unobserve(observer_); }
 
 protected:
     void closeEvent(QCloseEvent* event) override {
         form_.Unload();
         event->accept();
     }
+    void changeEvent(QEvent* event) override {
+        if (event->type() == QEvent::WindowStateChange) {
+            Qt::WindowStates s = windowState();
+            form_.SetWindowState(s & Qt::WindowMinimized   ? ui::vbMinimized
+                                 : s & Qt::WindowMaximized ? ui::vbMaximized
+                                                           : ui::vbNormal);
+        }
+        QMainWindow::changeEvent(event);
+    }
 
 private:
+    void ShowState() {
+        Qt::WindowStates wanted = form_.WindowState() == ui::vbMinimized   ? Qt::WindowMinimized
+                                  : form_.WindowState() == ui::vbMaximized ? Qt::WindowMaximized
+                                                                           : Qt::WindowNoState;
+        if (windowState() != wanted) setWindowState(wanted);
+    }
+
     ui::Form& form_;
+    int observer_ = 0;
 };
+
+int ShiftOf(const QKeyEvent* key) { return key->modifiers() & Qt::ShiftModifier ? vbShiftMask : 0; }
+
+// The key codes the window's handlers know, from Qt's.
+int KeyCodeOf(const QKeyEvent* key) {
+    switch (key->key()) {
+        case Qt::Key_Return:
+        case Qt::Key_Enter: return vbKeyReturn;
+        case Qt::Key_Delete: return vbKeyDelete;
+        case Qt::Key_F1: return vbKeyF1;
+        case Qt::Key_F8: return vbKeyF8;
+        case Qt::Key_F11: return vbKeyF11;
+        default: return 0;
+    }
+}
+
+// Hands the keys of a list to a handler of the window: Enter, and Delete
+// and F8 with Shift. The other keys (arrows, typing) stay the list's.
+class KeyForwarder : public QObject {
+public:
+    KeyForwarder(QObject* parent, std::function<void(int, int)> handler)
+        : QObject(parent), handler_(std::move(handler)) {}
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        if (event->type() == QEvent::KeyPress) {
+            auto* key = static_cast<QKeyEvent*>(event);
+            int code = KeyCodeOf(key), shift = ShiftOf(key);
+            if (code == vbKeyReturn || ((code == vbKeyDelete || code == vbKeyF8) && shift)) {
+                handler_(code, shift);
+                return true;
+            }
+        }
+        return QObject::eventFilter(watched, event);
+    }
+
+private:
+    std::function<void(int, int)> handler_;
+};
+
+void ForwardKeys(QWidget* widget, std::function<void(int, int)> handler) {
+    widget->installEventFilter(new KeyForwarder(widget, std::move(handler)));
+}
+
+// The items of a menu model as a Qt menu, hidden ones left out; choosing
+// one is the model's click.
+void AddMenuItems(QMenu* menu, ui::Menu& model) {
+    for (int i = 1; i <= model.Count(); ++i) {
+        ui::Menu& item = model.Item(i);
+        if (!item.Visible()) continue;
+        if (item.IsSeparator()) {
+            menu->addSeparator();
+        } else if (item.Count() > 0) {
+            AddMenuItems(menu->addMenu(QString::fromStdString(item.Caption())), item);
+        } else {
+            QAction* action = menu->addAction(QString::fromStdString(item.Caption()));
+            action->setObjectName(QString::fromStdString(item.Name()));
+            action->setEnabled(item.Enabled());
+            action->setCheckable(item.Checked());
+            action->setChecked(item.Checked());
+            QObject::connect(action, &QAction::triggered, menu, [&item] { item.UserClick(); });
+        }
+    }
+}
+
+// Draws the summary's photo. The photo is read with the rest of the summary
+// and its web list is the last thing filled, so each refill of that list
+// brings the photo of the same person.
+void FollowPhoto(QLabel* label, frmPersons& f) {
+    auto show = [label, &f] {
+        const auto& image = f.ScaledPicture.Image;
+        if (!image || image->Empty()) {
+            label->clear();
+            return;
+        }
+        QImage q(image->Pixels.data(), image->Width, image->Height, image->Width * 3, QImage::Format_RGB888);
+        label->setPixmap(QPixmap::fromImage(q.copy()));
+    };
+    show();
+    int id = f.lvwWeb.Observe([show](const ui::ListViewChange&) { show(); });
+    QObject::connect(label, &QObject::destroyed, [&f, id] { f.lvwWeb.Unobserve(id); });
+}
 
 template <typename W>
 W* Named(W* widget, const char* name) {
@@ -104,6 +212,21 @@ std::unique_ptr<QWidget> MakePersonsWindow(ui::Form& form) {
     persons->setUniformItemSizes(true);
     persons->setSelectionMode(QAbstractItemView::ExtendedSelection);
     personsModel->BindSelection(persons->selectionModel());
+    QObject::connect(persons, &QAbstractItemView::doubleClicked, persons,
+                     [&f](const QModelIndex& index) { f.LvwUser.UserDblClick(index.row() + 1); });
+    ForwardKeys(persons, [&f](int code, int shift) { f.LvwUser_KeyDown(code, shift); });
+    // The popup menu: the window says what it offers for the row under the
+    // pointer, the host shows it there.
+    persons->setContextMenuPolicy(Qt::CustomContextMenu);
+    QObject::connect(persons, &QWidget::customContextMenuRequested, persons, [&f, persons](const QPoint& at) {
+        QModelIndex index = persons->indexAt(at);
+        int shift = QGuiApplication::keyboardModifiers() & Qt::ShiftModifier ? vbShiftMask : 0;
+        if (!f.LvwUser_MouseUp(vbRightButton, shift, index.isValid() ? index.row() + 1 : 0)) return;
+        QMenu menu(persons);
+        menu.setObjectName("mnPop");
+        AddMenuItems(&menu, f.mnPop);
+        menu.exec(persons->viewport()->mapToGlobal(at));
+    });
 
     auto* tabs = Named(new QTabWidget(split), "SSTab1");
     // Tab 0: the person's main data.
@@ -122,13 +245,19 @@ std::unique_ptr<QWidget> MakePersonsWindow(ui::Form& form) {
     auto* photo = Named(new QLabel(mainTab), "ScaledPicture");
     photo->setMinimumSize(93, 124);
     photo->setFrameShape(QFrame::StyledPanel);
+    photo->setAlignment(Qt::AlignCenter);
+    FollowPhoto(photo, f);
     grid->addRow(photo);
     tabs->addTab(mainTab, {});
 
     // Tab 1: e-mail addresses and web pages, a button under each.
     auto* netTab = new QWidget(tabs);
     auto* net = new QVBoxLayout(netTab);
-    net->addWidget(ReportView(f.lvwEmail, "lvwEmail", netTab));
+    QTreeView* mails = ReportView(f.lvwEmail, "lvwEmail", netTab);
+    QObject::connect(mails, &QAbstractItemView::doubleClicked, mails,
+                     [&f](const QModelIndex& index) { f.lvwEmail.UserDblClick(index.row() + 1); });
+    ForwardKeys(mails, [&f](int code, int shift) { f.lvwEmail_KeyDown(code, shift); });
+    net->addWidget(mails);
     net->addWidget(Button(f.cmdLetter, "cmdLetter", netTab), 0, Qt::AlignRight);
     net->addWidget(ReportView(f.lvwWeb, "lvwWeb", netTab));
     net->addWidget(Button(f.cmdGoWeb, "cmdGoWeb", netTab), 0, Qt::AlignRight);
@@ -141,6 +270,7 @@ std::unique_ptr<QWidget> MakePersonsWindow(ui::Form& form) {
     BindToolbar(tbProp, f.TbPrjProp, Qt::ToolButtonTextBesideIcon);
     prj->addWidget(tbProp);
     prj->addWidget(ReportView(f.lvwPrj, "lvwPrj", prjTab));
+    // lvwPrj's clicks reach the window through the selection it binds.
     tabs->addTab(prjTab, {});
     BindTabs(tabs, f.SSTab1);
 
@@ -161,6 +291,11 @@ std::unique_ptr<QWidget> MakePersonsWindow(ui::Form& form) {
     auto* status = Named(new QStatusBar(window.get()), "StatusBar1");
     window->setStatusBar(status);
     BindStatusBar(status, f.StatusBar1);
+    // The window's keys, wherever the focus is.
+    for (auto [qtKey, code] : {std::pair{Qt::Key_F1, vbKeyF1}, std::pair{Qt::Key_F11, vbKeyF11}}) {
+        auto* shortcut = new QShortcut(QKeySequence(qtKey), window.get());
+        QObject::connect(shortcut, &QShortcut::activated, window.get(), [&f, code = code] { f.Form_KeyDown(code, 0); });
+    }
     return window;
 }
 

@@ -28,7 +28,7 @@ constexpr std::string_view kUsage =
     "  dump [FORM]                 print the window as one JSON line (the window\n"
     "                              on top when no FORM is given)\n"
     "  click FORM.CONTROL          press a button or choose a menu item\n"
-    "  click FORM.TOOLBAR:KEY      press a toolbar's button\n"
+    "  click FORM.TOOLBAR:KEY      press a toolbar's button, or choose a popup menu's item\n"
     "  select FORM.LIST N[,M...]   select rows (from 1); the first is clicked.\n"
     "                              On a tab strip or combo box: the Nth entry\n"
     "  dblclick FORM.LIST N        double-click a row\n"

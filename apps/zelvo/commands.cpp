@@ -19,11 +19,13 @@ extern const Command kProjectsCommand;
 extern const Command kPhotoCommand;
 extern const Command kUiCommand;
 extern const Command kOrgCommand;
+extern const Command kPersonCommand;
 
 std::span<const Command> Commands() {
     static const std::vector<Command> table = {
         kListCommand,
         kProjectsCommand,
+        kPersonCommand,
         kCallCommand,
         kSqlCommand,
         kJpegCommand,

@@ -45,6 +45,10 @@ void ScriptUiHost::Do(const ScriptStep& step) {
             if (step.key.empty()) script_.Fail(step, "click " + where + " needs the button's key: " + where + ":KEY");
             if (!(*tb)->Exists(step.key)) script_.Fail(step, where + " has no button '" + step.key + "'");
             done = (*tb)->UserClick(step.key);
+        } else if (auto menu = std::get_if<ui::Menu*>(&*control); menu && !step.key.empty()) {
+            ui::Menu* item = (*menu)->Find(step.key);
+            if (!item || item == *menu) script_.Fail(step, where + " has no item '" + step.key + "'");
+            done = item->UserClick();
         } else if (!step.key.empty()) {
             script_.Fail(step, where + " is no toolbar");
         } else if (auto b = std::get_if<ui::CommandButton*>(&*control)) {

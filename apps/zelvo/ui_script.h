@@ -4,7 +4,7 @@
 //
 //   dump [FORM]                 print the window (the one on top by default)
 //   click FORM.CONTROL          a button or a menu item
-//   click FORM.TOOLBAR:KEY      a toolbar's button
+//   click FORM.TOOLBAR:KEY      a toolbar's button, or a popup menu's item
 //   select FORM.LIST N[,M…]     rows from 1 (the item click on the first);
 //                               also a tab (from 1) or a combo box entry
 //   dblclick FORM.LIST N        a double click on a row

@@ -7,14 +7,10 @@
 
 namespace zelvo {
 
-namespace {
-
 std::string SqlAddressBindings(std::int32_t Owner_ID, std::int32_t OwnerType) {
     return "Select * from AddressesOwners  Where AddressesOwners.[Owner ID]=" + std::to_string(Owner_ID) +
            " And AddressesOwners.[OwnerType]=" + std::to_string(OwnerType) + " ;";
 }
-
-}  // namespace
 
 AddressByOwner::AddressByOwner() = default;
 

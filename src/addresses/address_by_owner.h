@@ -27,6 +27,9 @@
 
 namespace zelvo {
 
+// The bindings of an owner to nodes of the tree of places (AddressesOwners).
+std::string SqlAddressBindings(std::int32_t Owner_ID, std::int32_t OwnerType);
+
 class StandardAddress;
 
 class AddressByOwner {

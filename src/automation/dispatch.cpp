@@ -111,6 +111,35 @@ const std::vector<Entry>& Members() {
              b.CompressDB();
              return Variant();
          }},
+        // Persons in and out.
+        {{"AddPersonbyStrMail", DispKind::Method,
+          {Ref("strMail", T::String), Opt(Ref("DataPersonalFull", T::Object)), Opt(Ref("DataProjects", T::Object)),
+           Opt(Ref("DataEmail", T::Object))},
+          std::nullopt, false,
+          "a new person from one address string (\"Name <addr>\"), filed in rProject; then the person's card"},
+         [](cAddressbook& b, std::vector<Variant>& v, std::vector<DispObject>& o) {
+             std::string mail = v[0].text();
+             b.AddPersonbyStrMail(mail, Obj<ui::DataControl>(o[1]), Obj<ui::DataControl>(o[2]),
+                                  Obj<ui::DataControl>(o[3]));
+             v[0] = Variant(mail);
+             return Variant();
+         }},
+        {{"AddNewPerson", DispKind::Method, {}, std::nullopt, false,
+          "an empty person, filed in rProject; then the person's card"},
+         [](cAddressbook& b, std::vector<Variant>&, std::vector<DispObject>&) {
+             b.AddNewPerson();
+             return Variant();
+         }},
+        {{"DeletePerson", DispKind::Method,
+          {Val("Personal_ID", T::Long), Opt(Ref("DataPersonal", T::Object)), Opt(Ref("DataEmail", T::Object)),
+           Opt(Ref("DataProjects", T::Object))},
+          std::nullopt, false,
+          "deletes the person with its resources, project rows and photos; its jobs become vacancies"},
+         [](cAddressbook& b, std::vector<Variant>& v, std::vector<DispObject>& o) {
+             b.DeletePerson(Long(v[0]), Obj<ui::DataControl>(o[1]), Obj<ui::DataControl>(o[2]),
+                            Obj<ui::DataControl>(o[3]));
+             return Variant();
+         }},
         // Project membership.
         {{"MovePerson", DispKind::Method,
           {Val("Personal_ID", T::Long), Ref("rProjectTo", T::String), Ref("DataProjects", T::Object)}, std::nullopt,

@@ -1,14 +1,24 @@
 #include "personswindow/frm_persons.h"
 
 #include "hostservices/lng_text.h"
+#include "hostservices/message_wrappers.h"
 #include "hostservices/shell_actions.h"
+#include "hostservices/view_settings.h"
+#include "personcard/person_records.h"
+#include "personcard/show_person_card.h"
 #include "personslist/lvw_add_persons.h"
 #include "personslist/persons_query.h"
+#include "personswindow/person_summary.h"
+#include "projects/membership_bar.h"
+#include "projects/project_rows.h"
 #include "projects/project_state.h"
+#include "resources/resource_queries.h"
 #include "platform/core/error.h"
 #include "platform/core/value_conv.h"
 #include "platform/shell/project_paths.h"
+#include "platform/ui/project_picker.h"
 #include "platform/ui/ui_host.h"
+#include "store/compress_db.h"
 #include "store/library_state.h"
 #include "zelvo/enums.h"
 
@@ -17,6 +27,8 @@ namespace zelvo {
 namespace {
 
 constexpr const char* kSpaceIdProp = "Space ID";
+constexpr std::int32_t kViewList = 1;  // the key "View1" of the settings
+constexpr std::int32_t kPhotoSize[] = {1395, 1860};  // the summary's photo box, twips
 
 // The toolbar buttons and their pictures. The pictures are named by key; a
 // host draws its own picture for each key.
@@ -97,6 +109,16 @@ void frmPersons::BuildControls() {
     lvwPrj.SetView(ui::lvwReport);
     cmdOK.Default = true;
     cmdCancel.Cancel = true;
+    // vCards come in and go out with the vCard commands; until then the
+    // two keys are not offered at all rather than offered and dead.
+    Toolbar1.Buttons("Import").SetVisible(false);
+    Toolbar1.Buttons("Export").SetVisible(false);
+    ScaledPicture.Width = kPhotoSize[0];
+    ScaledPicture.Height = kPhotoSize[1];
+    picPhoto_.Width = kPhotoSize[0];
+    picPhoto_.Height = kPhotoSize[1];
+    photos_.SetpicPhoto(&picPhoto_);
+    photos_.SetScaledPhoto(&ScaledPicture);
 }
 
 void frmPersons::RegisterControls() {
@@ -129,6 +151,7 @@ void frmPersons::RegisterControls() {
     AddControl("cmdOK", &cmdOK);
     AddControl("cmdCancel", &cmdCancel);
     AddControl("StatusBar1", &StatusBar1);
+    AddControl("mnPop", &mnPop);
 }
 
 void frmPersons::WireEvents() {
@@ -138,6 +161,26 @@ void frmPersons::WireEvents() {
     cmdCancel.OnClick = [this] { cmdCancel_Click(); };
     cmdLetter.OnClick = [this] { cmdLetter_Click(); };
     cmdGoWeb.OnClick = [this] { cmdGoWeb_Click(); };
+    cmdPersProp.OnClick = [this] { cmdPersProp_Click(); };
+    LvwUser.OnDblClick = [this] { LvwUser_DblClick(); };
+    lvwPrj.OnItemClick = [this](ui::ListItem& item) { lvwPrj_ItemClick(item); };
+    lvwEmail.OnDblClick = [this] { cmdLetter_Click(); };
+    TbPrjProp.OnButtonClick = [this](ui::Button& b) { TbPrjProp_ButtonClick(b.Key()); };
+}
+
+void frmPersons::InitPopupMenu() {
+    ui::Menu& prop = mnPop.Add("Prop", LngText("frmPersons.InitPopupMenu", "txt1", "Properties"));
+    ui::Menu& pack = mnPop.Add("ABPack", LngText("frmPersons.InitPopupMenu", "txt2", "Correspondence"));
+    mnPop.Add("spPack", "-");
+    ui::Menu& view = mnPop.Add("View", LngText("frmPersons.InitPopupMenu", "txt3", "View"));
+    ui::Menu& photo = view.Add("ViewPhoto", LngText("frmPersons.InitPopupMenu", "txt4", "Photo"));
+    ui::Menu& list = view.Add("ViewList", LngText("frmPersons.InitPopupMenu", "txt5", "List"));
+    for (ui::Menu* item : {&prop, &pack, &photo, &list}) item->OnClick = [this, item] { mnPop_Click(item->Name()); };
+}
+
+void frmPersons::SetViewChecks() {
+    mnPop.Find("ViewPhoto")->SetChecked(ExtractPhoto);
+    mnPop.Find("ViewList")->SetChecked(!ExtractPhoto);
 }
 
 void frmPersons::LocalizeControls() {
@@ -198,6 +241,9 @@ void frmPersons::LocalizeControls() {
 void frmPersons::Form_Load() {
     LocalizeControls();
     SetSpaceID(0);
+    InitPopupMenu();
+    ExtractPhoto = ReadViewSetting(AppPath, kViewList, ui::lvwList) == ui::lvwIcon;
+    SetViewChecks();
     OpenDatabase();
 }
 
@@ -205,6 +251,8 @@ void frmPersons::OpenDatabase() {
     try {
         db_ = DBEngine().OpenDatabase(DatabasePath(), false, false, "Access");
         openError_.clear();
+        // The summary's photos come through the window's book.
+        photos_.SetPhotoBook(db_);
     } catch (const Error& e) {
         // The window still opens, with an empty list: one report, and the
         // reason stays in the status bar where the person sees it.
@@ -217,10 +265,16 @@ void frmPersons::OpenDatabase() {
 bool frmPersons::DatabaseOpen() const { return db_.IsOpen(); }
 
 void frmPersons::QueryUnload() {
+    CloseDatabase();
+    RemoveProp(kSpaceIdProp);
+}
+
+void frmPersons::CloseDatabase() {
     OnErrorResumeNext scope("frmPersons.Form_QueryUnload");
+    photos_.SetPhotoBook({});
+    if (rsProjects_.IsOpen()) scope.Do([&] { rsProjects_.Close(); });
     if (rsPersons_.IsOpen()) scope.Do([&] { rsPersons_.Close(); });
     if (db_.IsOpen()) scope.Do([&] { db_.Close(); });
-    RemoveProp(kSpaceIdProp);
 }
 
 // ---- State
@@ -258,12 +312,16 @@ void frmPersons::ClearFields() {
     for (ui::TextBox* box : {&txtName, &txtAddress, &txtJob, &txtOrgPhone, &txtHomePhone}) box->SetText({});
     for (ui::ListView* list : {&lvwEmail, &lvwWeb, &lvwPrj}) list->ListItems().Clear();
     ScaledPicture.Picture.reset();
+    ScaledPicture.Image.reset();
 }
 
 void frmPersons::SetCommandsEnabled(bool enabled) {
     for (const char* key : {"Export", "Prop", "Del", "mPack"}) Toolbar1.Buttons(key).SetEnabled(enabled);
-    for (const char* key : {"Add", "Del", "PrjArcPrj"}) TbPrjProp.Buttons(key).SetEnabled(enabled);
     cmdPersProp.SetEnabled(enabled);
+    // With a person the item click has enabled the project keys for that
+    // person's rows; without one there is nobody to file.
+    if (!enabled)
+        for (const char* key : {"Add", "Del", "PrjArcPrj"}) TbPrjProp.Buttons(key).SetEnabled(false);
 }
 
 void frmPersons::Navigate() {
@@ -295,11 +353,13 @@ void frmPersons::Navigate() {
     host.DoEvents();
     LvwUser.SetAllowRedraw(false);
     LvwUser.SetView(ExtractPhoto ? ui::lvwIcon : ui::lvwList);
+    SetViewChecks();
     ClearFields();
     if (rsPersons_.IsOpen())
         scope.Do([&] { LvwAddPersons2(LvwUser, rsPersons_, -1, Variant("User"), false, nullptr, nullptr, 1395, 1860); });
     LvwUser.Sort();
     host.DoEvents();
+    UpdatePhotos();
 
     bool hasRows = LvwUser.ListItems().Count() > 0;
     if (hasRows) {
@@ -357,20 +417,117 @@ void frmPersons::tbPrj_ButtonClick(const std::string& key) {
 }
 
 void frmPersons::Toolbar1_ButtonClick(const std::string& key) {
-    if (key == "Refresh") {
-        Navigate();
-    } else if (key == "Exit") {
-        Hide();
-    } else if (key == "Help") {
-        ShowHelp("frmMain.HTM");
-    } else if (key == "mPack") {
-        // The correspondence view gets the whole view: person, filter,
-        // project and side.
-        std::int32_t id = 0;
-        if (ui::ListItem* item = LvwUser.SelectedItem()) id = ValueConv::ToLong(item->Tag());
-        StartLauncher({std::to_string(id), "0", std::to_string(PrjFilter), txtPrj.Text(), InsArcPrj ? "1" : "0", "0"},
-                      AppPath);
+    try {
+        if (key == "New") {
+            AddPerson();
+        } else if (key == "Del") {
+            DeleteSelectedPersons();
+        } else if (key == "Prop") {
+            OpenCard();
+        } else if (key == "mPack") {
+            StartCorrespondence();
+        } else if (key == "Refresh") {
+            Navigate();
+        } else if (key == "Compress") {
+            Compress();
+        } else if (key == "Help") {
+            ShowHelp("frmMain.HTM");
+        } else if (key == "Exit") {
+            Hide();
+        }
+    } catch (const Error& e) {
+        ShellPaths().ReportError(e, "frmPersons.Toolbar_ButtonClick");
+        Err().Clear();
     }
+}
+
+void frmPersons::StartCorrespondence() {
+    // The correspondence view gets the whole view: person, filter, project
+    // and side.
+    StartLauncher({std::to_string(Personal_ID()), "0", std::to_string(PrjFilter), txtPrj.Text(),
+                   InsArcPrj ? "1" : "0", "0"},
+                  AppPath);
+}
+
+std::string frmPersons::ProjectDialog(const std::string& title) {
+    ui::ProjectPicker& picker = ui::SharedProjectPicker();
+    picker.SetAppPath(AppPath);
+    picker.SetRootFolder(shell::CurrentProjectPaths().RootFolder(InsArcPrj));
+    picker.SetTitle(title);
+    picker.SetPath(rProject);
+    picker.Show();
+    return picker.Cancelled() ? std::string() : picker.ProjectPath();
+}
+
+void frmPersons::AddPerson() {
+    try {
+        std::string project = rProject;
+        if (PrjFilter == AllPersons && project.empty()) {
+            project = ProjectDialog(LngText("frmPersons.AddPerson", "Title", "Choosing a component project"));
+            if (project.empty())
+                UniMsgBox(LngText("frmPersons.AddPerson", "msg", "The added person will be unsorted!"), 64);
+        }
+        std::int32_t id = NewPersonRecord(project, InsArcPrj);
+        if (id == 0) return;
+        ShowPersonCard(id, PrjFilter == CurPrj ? rProject : std::string(), InsArcPrj);
+        Navigate();
+    } catch (const Error& e) {
+        ShellPaths().ReportError(e, "frmPersons.AddPerson");
+        Err().Clear();
+    }
+}
+
+void frmPersons::DeleteSelectedPersons() {
+    if (db_.IsOpen()) {
+        OnErrorResumeNext scope("frmPersons.Toolbar_ButtonClick");
+        std::vector<std::int32_t> chosen;
+        for (int i = 1; i <= LvwUser.ListItems().Count(); ++i) {
+            const ui::ListItem& item = LvwUser.ListItems().Item(i);
+            if (item.Selected()) chosen.push_back(ValueConv::ToLong(item.Tag()));
+        }
+        for (std::int32_t id : chosen) {
+            // The person's own row only, so that a large book is not walked
+            // once for every person deleted.
+            dao::Recordset rs = scope.Resume([&] {
+                return db_.OpenRecordset(SqlRecordByID("PersonalData", "Personal ID", id), dao::dbOpenDynaset);
+            });
+            if (!rs) continue;
+            if (scope.Resume([&] { return !rs.IsEOF(); })) {
+                DeletePersonData(id);
+                scope.Do([&] { rs.Delete(); });
+            }
+            scope.Do([&] { rs.Close(); });
+        }
+    }
+    Navigate();
+}
+
+void frmPersons::OpenCard() {
+    const ui::ListItem* item = LvwUser.SelectedItem();
+    if (!item) return;
+    ShowPersonCard(ValueConv::ToLong(item->Tag()), PrjFilter == CurPrj ? rProject : std::string(), InsArcPrj);
+}
+
+void frmPersons::Compress() {
+    CloseDatabase();
+    CompressDB();
+    ui::CurrentUiHost().DoEvents();
+    OpenDatabase();
+    Navigate();
+}
+
+void frmPersons::UpdatePhotos() {
+    if (!ExtractPhoto || !db_.IsOpen()) return;
+    StatusBar1.SetSimpleText(LngText("frmPersons.UpdatePhotos", "SimpleText", "Reading photos"));
+    ui::PictureBox work, scaled;
+    scaled.Width = kPhotoSize[0];
+    scaled.Height = kPhotoSize[1];
+    dbPhoto photos;
+    photos.SetpicPhoto(&work);
+    photos.SetScaledPhoto(&scaled);
+    photos.SetPhotoBook(db_);
+    photos.SetListIcons(LvwUser);
+    StatusBar1.SetSimpleText({});
 }
 
 void frmPersons::cmdLetter_Click() {
@@ -386,9 +543,164 @@ void frmPersons::cmdGoWeb_Click() {
     if (ui::ListItem* item = lvwWeb.SelectedItem()) OpenPage(item->Text());
 }
 
-void frmPersons::LvwUser_ItemClick(ui::ListItem&) {
-    // The summary of the selected person on the tabs is filled here once
-    // the summary is built; the selection itself is all the list needs.
+void frmPersons::LvwUser_ItemClick(ui::ListItem& item) {
+    OnErrorResumeNext scope("frmPersons.LvwUser_ItemClick");
+    const std::int32_t id = ValueConv::ToLong(item.Tag());
+    txtName.SetText(item.Text());
+    FillLvwProjectsByID(id);
+
+    SummaryParts parts;
+    parts.name = false;      // the row's text
+    parts.projects = false;  // lvwPrj, from the kept record set
+    parts.photos = &photos_;
+    PersonSummary summary = ReadPersonSummary(db_, id, parts);
+    txtHomePhone.SetText(summary.HomePhones);
+    txtAddress.SetText(summary.Address);
+    txtJob.SetText(summary.Job);
+    txtOrgPhone.SetText(summary.OrgPhones);
+
+    auto fill = [](ui::ListView& list, const std::vector<std::string>& texts, const char* icon) {
+        list.ListItems().Clear();
+        for (const std::string& text : texts)
+            list.ListItems().Add(list.ListItems().Count() + 1, {}, text, Variant(icon), Variant(icon));
+        return list.ListItems().Count() > 0;
+    };
+    const bool mails = fill(lvwEmail, summary.Emails, "Email");
+    cmdLetter.SetEnabled(mails);
+    Toolbar1.Buttons("mPack").SetEnabled(mails);
+    mnPop.Find("ABPack")->SetEnabled(mails);
+    cmdGoWeb.SetEnabled(fill(lvwWeb, summary.Webs, "IE"));
+}
+
+void frmPersons::FillLvwProjectsByID(std::int32_t id) {
+    OnErrorResumeNext scope("frmPersons.FillLvwProjectsByID");
+    lvwPrj.ListItems().Clear();
+    if (rsProjects_.IsOpen()) scope.Do([&] { rsProjects_.Close(); });
+    if (db_.IsOpen()) FillLvwProjects(lvwPrj, id, db_, rsProjects_);
+    UpdatePrjButtons();
+}
+
+void frmPersons::UpdatePrjButtons() {
+    const bool rows = lvwPrj.ListItems().Count() > 0;
+    TbPrjProp.Buttons("Add").SetEnabled(true);
+    TbPrjProp.Buttons("Del").SetEnabled(rows);
+    TbPrjProp.Buttons("PrjArcPrj").SetEnabled(rows);
+    if (!rows) return;
+    ui::ListItem* selected = lvwPrj.SelectedItem();
+    if (!selected) {
+        selected = &lvwPrj.ListItems().Item(1);
+        selected->SetSelected(true);
+    }
+    lvwPrj_ItemClick(*selected);
+}
+
+void frmPersons::lvwPrj_ItemClick(ui::ListItem& item) {
+    ui::Button& b = TbPrjProp.Buttons("PrjArcPrj");
+    if (item.Icon() == Variant("Archive")) {
+        b.SetImage(Variant("Prj"));
+        b.SetToolTipText(LngText("frmPersons.lvwPrj_ItemClick", "TbPrjPropBtPrjArcPrjTT1", "Restore from Archive"));
+        b.SetCaption(LngText("frmPersons.lvwPrj_ItemClick", "TbPrjPropBtPrjArcPrj1", "from Archive"));
+    } else {
+        b.SetImage(Variant("Archive"));
+        b.SetToolTipText(LngText("frmPersons.lvwPrj_ItemClick", "TbPrjPropBtPrjArcPrjTT2", "Send to Archive"));
+        b.SetCaption(LngText("frmPersons.lvwPrj_ItemClick", "TbPrjPropBtPrjArcPrj2", "to Archive"));
+    }
+}
+
+void frmPersons::TbPrjProp_ButtonClick(const std::string& key) {
+    if (!LvwUser.SelectedItem()) return;
+    if (key == "Add") AddProjectRow();
+    else if (key == "Del" || key == "PrjArcPrj") RunMembershipKey(key);
+}
+
+void frmPersons::AddProjectRow() {
+    OnErrorResumeNext scope("frmPersons.TbPrjProp_ButtonClick");
+    const std::int32_t id = Personal_ID();
+    std::string project = ProjectDialog({});
+    if (project.empty() || !rsProjects_.IsOpen()) return;
+    scope.Do([&] {
+        rsProjects_.AddNew();
+        rsProjects_.SetValue("Owner ID", Variant(std::int64_t{id}));
+        rsProjects_.SetValue("OwnerType", Variant(std::int64_t{0}));
+        rsProjects_.SetValue("Project", ValueConv::TextToField(project));
+        rsProjects_.SetValue("InsArcPrj", Variant(InsArcPrj));
+        rsProjects_.Update();
+    });
+    FillLvwProjectsByID(id);
+}
+
+void frmPersons::RunMembershipKey(const std::string& key) {
+    // The card's project bar does the same on the same list: the selected
+    // rows go, or the selected row goes to the other side and stays selected.
+    OnErrorResumeNext scope("frmPersons.TbPrjProp_ButtonClick");
+    const std::int32_t id = Personal_ID();
+    if (!db_.IsOpen() || !rsProjects_.IsOpen()) return;
+    dao::Recordset person = scope.Resume([&] {
+        return db_.OpenRecordset(SqlRecordByID("PersonalData", "Personal ID", id), dao::dbOpenDynaset);
+    });
+    if (!person) return;
+    bool side = InsArcPrj;
+    zelvo::tbPrj_ButtonClick(key, db_, person, rsProjects_, lvwPrj, side);
+    scope.Do([&] { person.Close(); });
+    UpdatePrjButtons();
+}
+
+void frmPersons::cmdPersProp_Click() { OpenCard(); }
+
+void frmPersons::LvwUser_DblClick() { OpenCard(); }
+
+void frmPersons::LvwUser_KeyDown(int KeyCode, int Shift) {
+    const bool shift = (Shift & vbShiftMask) != 0;
+    if (KeyCode == vbKeyReturn && !shift) {
+        if (LvwUser.ListItems().Count() > 0) OpenCard();
+    } else if (shift && (KeyCode == vbKeyF8 || KeyCode == vbKeyDelete)) {
+        Toolbar1_ButtonClick("Del");
+    }
+}
+
+void frmPersons::lvwEmail_KeyDown(int KeyCode, int Shift) {
+    if (KeyCode == vbKeyReturn && (Shift & vbShiftMask) == 0) cmdLetter_Click();
+}
+
+void frmPersons::Form_KeyDown(int KeyCode, int) {
+    if (KeyCode == vbKeyF1) {
+        ShowHelp("frmMain.HTM");
+    } else if (KeyCode == vbKeyF11) {
+        // A minimized window stays where the person put it.
+        if (WindowState() == ui::vbNormal) SetWindowState(ui::vbMaximized);
+        else if (WindowState() == ui::vbMaximized) SetWindowState(ui::vbNormal);
+    }
+}
+
+bool frmPersons::LvwUser_MouseUp(int Button, int Shift, int row) {
+    if (Button != vbRightButton || Shift != 0) return false;
+    const bool onRow = row >= 1 && row <= LvwUser.ListItems().Count();
+    for (const char* key : {"ABPack", "spPack", "Prop"}) mnPop.Find(key)->SetVisible(onRow);
+    if (onRow) LvwUser.UserSelect({row});
+    return true;
+}
+
+void frmPersons::mnPop_Click(const std::string& key) {
+    try {
+        int view = LvwUser.View();
+        if (key == "Prop") {
+            OpenCard();
+        } else if (key == "ABPack") {
+            StartCorrespondence();
+        } else if (key == "ViewPhoto") {
+            view = ui::lvwIcon;
+        } else if (key == "ViewList") {
+            view = ui::lvwList;
+        }
+        if (view == LvwUser.View()) return;
+        LvwUser.SetView(view);
+        ExtractPhoto = view == ui::lvwIcon;
+        WriteViewSetting(AppPath, kViewList, view);
+        Navigate();
+    } catch (const Error& e) {
+        ShellPaths().ReportError(e, "frmPersons.mnPop_Click");
+        Err().Clear();
+    }
 }
 
 void frmPersons::cmdOK_Click() {

@@ -16,6 +16,14 @@
 // the window runs inside a space of the shell: it is kept as the window
 // property "Space ID" and switches the dialog buttons off and `Exit` on.
 //
+// Beside the list, every click on a person fills the summary tabs (name,
+// home address and phones, first job and its phones, e-mail addresses and
+// web pages, projects, photo) from PersonSummary, the reading that
+// `zelvo person show` uses too. The commands of the window are the main
+// toolbar (`Toolbar1`), the project toolbar of the third tab (`TbPrjProp`),
+// the popup menu of the list (`mnPop`) and the keys; each says below what it
+// refreshes.
+//
 // The window opens the book when it is made and closes it when it is
 // unloaded. A book that cannot be opened (missing, locked, damaged) leaves
 // the list empty: the engine's error is reported once, shown in the status
@@ -27,11 +35,18 @@
 #include <optional>
 #include <string>
 
+#include "photos/db_photo.h"
 #include "platform/dao/database.h"
 #include "platform/ui/form.h"
 #include "projects/project_bar.h"
 
 namespace zelvo {
+
+// The key codes and the shift mask the key handlers take, as the desktop's
+// keyboard events give them.
+enum KeyCode : int { vbKeyReturn = 13, vbKeyDelete = 46, vbKeyF1 = 112, vbKeyF8 = 119, vbKeyF11 = 122 };
+constexpr int vbShiftMask = 1;
+constexpr int vbRightButton = 2;
 
 class frmPersons : public ui::Form {
 public:
@@ -66,11 +81,40 @@ public:
     // Presses the filter's button of tbPrj and releases the other two, and
     // shows the side on the Projects button.
     void Restore_tbPrj();
+    // A new person: in the window's project, or, under AllPersons with no
+    // project, in the one the person picks (none when the picker is
+    // cancelled, which the person is told). Then the card, and when it
+    // closes, Navigate.
+    void AddPerson();
+    // Deletes every selected person with what hangs on them (no question
+    // asked), then one Navigate.
+    void DeleteSelectedPersons();
+    // The card of the selected person; the list and the summary stay as
+    // they are when it closes.
+    void OpenCard();
+    // Fills lvwPrj with the person's project rows (kept open, so that a row
+    // is a record position) and enables TbPrjProp for them.
+    void FillLvwProjectsByID(std::int32_t id);
+    // In photo view, gives each row the person's photo as its icon.
+    void UpdatePhotos();
 
     // ---- Handlers
     void tbPrj_ButtonClick(const std::string& key);
     void Toolbar1_ButtonClick(const std::string& key);
+    // The summary of the person of `item`.
     void LvwUser_ItemClick(ui::ListItem& item);
+    void LvwUser_DblClick();
+    void LvwUser_KeyDown(int KeyCode, int Shift);
+    // A mouse button released over the list at the row `row` (0: no row
+    // there). Returns True when mnPop is to be shown at that point: the
+    // host shows it and raises the chosen item's click.
+    bool LvwUser_MouseUp(int Button, int Shift, int row);
+    void Form_KeyDown(int KeyCode, int Shift);
+    void TbPrjProp_ButtonClick(const std::string& key);
+    void lvwPrj_ItemClick(ui::ListItem& item);
+    void lvwEmail_KeyDown(int KeyCode, int Shift);
+    void mnPop_Click(const std::string& key);
+    void cmdPersProp_Click();
     void cmdOK_Click();
     void cmdCancel_Click();
     void cmdLetter_Click();
@@ -95,6 +139,9 @@ public:
     ui::ListView lvwPrj;
     ui::Toolbar TbPrjProp;
     ui::CommandButton cmdPersProp, cmdOK, cmdCancel;
+    // The list's popup menu: Prop, ABPack, a separator, View with
+    // ViewPhoto and ViewList.
+    ui::Menu mnPop{"mnPop"};
 
 protected:
     void QueryUnload() override;
@@ -111,6 +158,18 @@ private:
     // no project given.
     void TakeShellCurrentFolder();
     void SetCommandsEnabled(bool enabled);
+    void InitPopupMenu();
+    void SetViewChecks();
+    // The project picker on the window's side and project; "" when cancelled.
+    std::string ProjectDialog(const std::string& title);
+    void AddProjectRow();
+    // Runs Del or PrjArcPrj of the card's project bar on the selected person.
+    void RunMembershipKey(const std::string& key);
+    void UpdatePrjButtons();
+    void Compress();
+    void CloseDatabase();
+    // The correspondence view for the selected person.
+    void StartCorrespondence();
     // The window's project, side and filter to the bar, and back after a
     // key of the bar has changed them.
     void GiveBarState();
@@ -120,6 +179,10 @@ private:
     std::optional<std::int32_t> keepFilter_;  // the filter a change of side keeps
     dao::Database db_;
     dao::Recordset rsPersons_;
+    dao::Recordset rsProjects_;
+    // The photo of the summary: picPhoto takes it, ScaledPicture shows it.
+    ui::PictureBox picPhoto_;
+    dbPhoto photos_;
     std::string openError_;  // the engine's text when the book would not open
 };
 

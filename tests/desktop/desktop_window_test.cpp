@@ -14,6 +14,7 @@
 #include <functional>
 
 #include "personswindow/frm_persons.h"
+#include "platform/dao/dbengine.h"
 #include "qt_ui_host.h"
 #include "store/library_state.h"
 #include "support/book_fixture.h"
@@ -155,6 +156,49 @@ TEST_F(DesktopWindowTest, APersonsSelectionInTheViewIsTheOneOKGives) {
         window.findChild<QPushButton*>("cmdOK")->click();
     });
     EXPECT_EQ(PickPerson("", false, 0, 0, false), 1);
+}
+
+TEST_F(DesktopWindowTest, TheSelectedPersonsSummaryIsDrawnBesideTheList) {
+    {
+        dao::Database db = DBEngine().OpenDatabase(DatabasePath(), false, false, "Access");
+        db.Execute("Insert Into PostAddresses ([aParent ID], aType, Address, PostIndex) Values (0, 2, \"Moscow\", \"101000\")");
+        db.Execute("Insert Into AddressesOwners ([Address ID], [Owner ID], OwnerType) Values (1, 1, 0)");
+        db.Close();
+    }
+    bool ran = false;
+    Drive([&](ui::Form&, QWidget& window) {
+        ran = true;
+        auto* persons = window.findChild<QListView*>("LvwUser");
+        ASSERT_NE(persons, nullptr);
+        int row = -1;
+        for (int i = 0; i < persons->model()->rowCount(); ++i)
+            if (persons->model()->index(i, 0).data().toString() == QString::fromUtf8("Иванов Иван")) row = i;
+        ASSERT_GE(row, 0);
+        persons->selectionModel()->setCurrentIndex(persons->model()->index(row, 0),
+                                                   QItemSelectionModel::ClearAndSelect);
+        auto* name = window.findChild<QLineEdit*>("txtName");
+        auto* address = window.findChild<QLineEdit*>("txtAddress");
+        ASSERT_TRUE(name && address);
+        EXPECT_EQ(name->text(), QString::fromUtf8("Иванов Иван"));
+        EXPECT_EQ(address->text(), "101000, Moscow");
+
+        QCoreApplication::processEvents();
+        QImage shot = window.grab().toImage();
+        std::string file = std::string(ZELVO_TEST_OUTPUT) + "/persons_summary.png";
+        EXPECT_TRUE(shot.save(QString::fromStdString(file), "PNG")) << file;
+        for (QLineEdit* edit : {name, address}) {
+            QRect box(edit->mapTo(&window, QPoint(0, 0)), edit->size());
+            EXPECT_GT(InkIn(shot, box.adjusted(4, 4, -4, -4)), 30)
+                << edit->objectName().toStdString() << " shows no text in " << file;
+        }
+        // An empty field of the summary stays blank.
+        auto* job = window.findChild<QLineEdit*>("txtJob");
+        ASSERT_NE(job, nullptr);
+        EXPECT_EQ(job->text(), "");
+        window.close();
+    });
+    PickPerson("", false, 0, 0, true);
+    EXPECT_TRUE(ran);
 }
 
 TEST_F(DesktopWindowTest, TheProgramWritesItsScreenshotAndExits) {

@@ -131,6 +131,66 @@ TEST_F(UiDriverTest, ThePickerIsAnsweredWithAPathOrCancel) {
     EXPECT_TRUE(Has(lines[2], "\"text\": \"Иванов Иван\"")) << lines[2];
 }
 
+TEST_F(UiDriverTest, APersonIsAddedSummarizedAndDeletedThroughTheWindow) {
+    Sql("Insert Into Resources (ResourceString, ResourceType) Values (\"ivan.example.org\", 1)");
+    Sql("Insert Into ResourcesOwners ([Resource ID], [Owner ID], OwnerType) Values (5, 1, 0)");
+    Outcome r = Ui("click frmPersons.tbPrj:AllPersons\n"
+                   "select frmPersons.LvwUser 2\n"
+                   "dump\n"
+                   "click frmPersons.Toolbar1:New\n"
+                   "answer cancel\n"
+                   "answer 1\n"
+                   "click frmPersons.tbPrj:NoPrj\n"
+                   "dump\n"
+                   "select frmPersons.LvwUser 1,2\n"
+                   "click frmPersons.Toolbar1:Del\n"
+                   "dump\n"
+                   "click frmPersons.cmdOK\n",
+                   {"ShowAddressBook"});
+    ASSERT_EQ(r.status, 0) << r.err;
+    std::vector<std::string> lines = Lines(r.out);
+    ASSERT_EQ(lines.size(), 6u) << r.out;
+    for (const auto& l : lines) EXPECT_TRUE(JsonCheck::IsValid(l)) << l;
+    // The summary of the second row, Иванов Иван.
+    EXPECT_TRUE(Has(lines[0], "\"txtName\": {\"text\": \"Иванов Иван\"")) << lines[0];
+    EXPECT_TRUE(Has(lines[0], "\"text\": \"ivanov@work.example\", \"icon\": \"Email\"")) << lines[0];
+    EXPECT_TRUE(Has(lines[0], "\"text\": \"ivan.example.org\", \"icon\": \"IE\"")) << lines[0];
+    EXPECT_TRUE(Has(lines[0], "\"text\": \"A\\\\B\", \"icon\": \"Prj\"")) << lines[0];
+    // New under all persons: the picker cancelled, the person is told.
+    EXPECT_TRUE(Has(lines[1], "\"picker\"")) << lines[1];
+    EXPECT_TRUE(Has(lines[2], "\"msgbox\": {\"prompt\": \"The added person will be unsorted!\", \"style\": 64"))
+        << lines[2];
+    // Unsorted: the new person stands beside person 3, and both go.
+    EXPECT_TRUE(Has(lines[3], "\"tag\": 5,") && Has(lines[3], "\"tag\": 3,")) << lines[3];
+    EXPECT_TRUE(Has(lines[4], "\"LvwUser\": {\"rows\": []")) << lines[4];
+    EXPECT_EQ(lines[5], "{\"result\": null, \"byref\": {}}");
+}
+
+TEST_F(UiDriverTest, ADoubleClickOnAMailAddressOfTheSummaryWritesALetter) {
+    Outcome r = Ui("click frmPersons.tbPrj:AllPersons\n"
+                   "select frmPersons.LvwUser 2\n"
+                   "dblclick frmPersons.lvwEmail 2\n"
+                   "close frmPersons\n",
+                   {"ShowAddressBook"});
+    ASSERT_EQ(r.status, 0) << r.err;
+    std::vector<std::string> lines = Lines(r.out);
+    ASSERT_EQ(lines.size(), 2u) << r.out;
+    EXPECT_TRUE(Has(lines[0], "\"shell\"") && Has(lines[0], "ivanov@work.example")) << lines[0];
+}
+
+TEST_F(UiDriverTest, ThePopupMenuSwitchesTheViewForTheNextWindowToo) {
+    Outcome r = Ui("click frmPersons.mnPop:ViewPhoto\n"
+                   "click frmPersons.cmdCancel\n",
+                   {"ShowAddressBook"});
+    ASSERT_EQ(r.status, 0) << r.err;
+    r = Ui("dump\nclick frmPersons.mnPop:ViewList\nclick frmPersons.cmdCancel\n", {"ShowAddressBook"});
+    ASSERT_EQ(r.status, 0) << r.err;
+    EXPECT_TRUE(Has(r.out, "\"ViewPhoto\": {\"caption\": \"Photo\", \"checked\": true")) << r.out;
+    r = Ui("click frmPersons.mnPop:Nothing\n", {"ShowAddressBook"});
+    EXPECT_NE(r.status, 0);
+    EXPECT_TRUE(Has(r.err, "frmPersons.mnPop has no item 'Nothing'")) << r.err;
+}
+
 TEST_F(UiDriverTest, AnEmptyListGreysTheCommandsThatNeedAPerson) {
     Outcome r = Ui("dump\nclose frmPersons\n", {"ShowAddressBook", "--set", "rProject=Nobody here"});
     ASSERT_EQ(r.status, 0) << r.err;
