@@ -13,6 +13,10 @@
 //                          updates in one transaction, the book closed
 //
 // Targets: AddPersonbyStrMail <= 5 ms; DeletePerson <= 5 ms and <= 3x raw.
+//
+// Each call is one transaction, so on a disk the figures are mostly the one
+// sync of the file that each side pays; with TMPDIR on a memory file system
+// (TMPDIR=/dev/shm bench_persons) what is left is the work itself.
 #include <benchmark/benchmark.h>
 #include <sqlite3.h>
 
@@ -41,7 +45,9 @@ bool MessageShown(const ui::ScriptedUiHost& host) {
 }
 std::string gFolder;
 constexpr long long kVictim = 5000000;      // the person deleted each iteration
-constexpr long long kFirstResource = 50000000;
+constexpr long long kFirstResource = 50000000;  // its resources, 20 from here
+const std::string kVictimResources =
+    "\"Resource ID\" BETWEEN " + std::to_string(kFirstResource) + " AND " + std::to_string(kFirstResource + 19);
 
 std::string Book() { return gFolder + "/AddressBookW.mdb"; }
 std::string N(long long v) { return std::to_string(v); }
@@ -96,8 +102,8 @@ void BuildVictim() {
 void RemoveLeftovers() {
     sqlite3* db = OpenRaw();
     Exec(db, "BEGIN");
-    Exec(db, "DELETE FROM ResourcesOwners WHERE \"Resource ID\">=" + N(kFirstResource));
-    Exec(db, "DELETE FROM Resources WHERE \"Resource ID\">=" + N(kFirstResource));
+    Exec(db, "DELETE FROM ResourcesOwners WHERE " + kVictimResources);
+    Exec(db, "DELETE FROM Resources WHERE " + kVictimResources);
     Exec(db, "DELETE FROM Employees WHERE \"Personal ID\"=0 AND \"Job ID\"<=2 AND \"Employee ID\">" + N(gPersons));
     Exec(db, "COMMIT");
     sqlite3_close(db);
@@ -109,7 +115,7 @@ bool VictimGone() {
     Check(sqlite3_prepare_v2(db,
                              ("SELECT (SELECT COUNT(*) FROM PersonalData WHERE \"Personal ID\"=" + N(kVictim) +
                               ") + (SELECT COUNT(*) FROM Photo WHERE \"Personal ID\"=" + N(kVictim) +
-                              ") + (SELECT COUNT(*) FROM Resources WHERE \"Resource ID\">=" + N(kFirstResource) +
+                              ") + (SELECT COUNT(*) FROM Resources WHERE " + kVictimResources +
                               ") - 10")
                                  .c_str(),
                              -1, &st, nullptr),
@@ -217,6 +223,18 @@ int main(int argc, char** argv) {
     bench::CreateSyntheticBook(Book(), shape);
     AppPath = gFolder;
     ShellPaths().SetAppPath(gFolder);
+    // The engine indexes a column the first time a query looks rows up by
+    // it on a large table (seconds, once a book); one deletion untimed makes
+    // those indexes, which the raw anchor then uses too.
+    {
+        ui::ScriptedUiHost host;
+        ui::ScopedUiHost scope(host);
+        cAddressbook book;
+        book.AppPath = gFolder;
+        BuildVictim();
+        book.DeletePerson(static_cast<std::int32_t>(kVictim));
+        RemoveLeftovers();
+    }
     benchmark::RunSpecifiedBenchmarks();
     benchmark::Shutdown();
     return 0;

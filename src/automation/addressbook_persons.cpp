@@ -145,27 +145,29 @@ void cAddressbook::DeletePerson(std::int32_t Personal_ID, ui::DataControl*, ui::
     if (on.Resume([&] { return GetDatabasename(); }).empty()) return;
     OwnDatabase own(on);
     if (!own.IsOpen()) return;
-    // The person's row alone: finding and deleting it in a record set of the
-    // whole table would read the rows before it.
-    const std::string criteria = "[Personal ID]=" + std::to_string(Personal_ID);
-    dao::Recordset persons = on.Resume([&] {
-        return own.db.OpenRecordset("Select * From PersonalData Where " + criteria + ";", dao::dbOpenDynaset);
-    });
-    if (!persons) return;
 
-    on.Do([&] { persons.MoveFirst(); });
-    on.Do([&] { persons.FindFirst(criteria); });
-    if (on.Resume([&] { return persons.NoMatch(); }, true)) {
-        UniMsgBox(WithNumber(LngText("cAddressbook.SelectPerson", "msg", "Person number %1 is not found!"),
-                             std::to_string(Personal_ID)),
+    const std::string person = std::to_string(Personal_ID);
+    bool found = on.Resume([&] {
+        dao::Recordset rs = own.db.OpenRecordset(
+            "Select [Personal ID] From PersonalData Where [Personal ID]=" + person + ";", dao::dbOpenSnapshot);
+        bool there = !rs.IsEOF();
+        rs.Close();
+        return there;
+    });
+    if (!found) {
+        UniMsgBox(WithNumber(LngText("cAddressbook.SelectPerson", "msg", "Person number %1 is not found!"), person),
                   ui::vbCritical);
-    } else {
-        // What hangs on the person goes first, so that a failure on the way
-        // leaves a person with less, never rows of a person who is gone.
-        DeletePersonData(Personal_ID);
-        on.Do([&] { persons.Delete(); });
+        return;
     }
-    on.Do([&] { persons.Close(); });
+    // The person and all that hangs on it go in one transaction: a failure
+    // on the way leaves the person whole, never rows of a person who is gone
+    // nor a person who lost half its data.
+    on.Do([&] {
+        BookTransaction transaction(own.db);
+        DeletePersonDataIn(own.db, Personal_ID);
+        own.db.Execute("Delete From PersonalData Where [Personal ID]=" + person + ";");
+        transaction.Commit();
+    });
 }
 
 }  // namespace zelvo

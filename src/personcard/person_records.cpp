@@ -8,6 +8,21 @@
 
 namespace zelvo {
 
+namespace {
+
+// Whether `table` has a row `where`. Asked before each write: the engine
+// keeps an index for a column a query looks rows up by, so the write that
+// follows finds the person's rows by that index instead of reading the
+// whole table, and a table with none of them is not written at all.
+bool HasRows(const dao::Database& db, const char* table, const std::string& where) {
+    dao::Recordset rs = db.OpenRecordset(std::string("Select * From ") + table + where + ";", dao::dbOpenSnapshot);
+    bool any = !rs.IsEOF();
+    rs.Close();
+    return any;
+}
+
+}  // namespace
+
 std::int32_t NewPersonRecord(const std::string& rProject, bool InsArcPrj) {
     OnErrorResumeNext on("Module1.NewPersonRecord");
     OwnDatabase own(on);
@@ -46,26 +61,30 @@ std::int32_t NewPersonRecord(const std::string& rProject, bool InsArcPrj) {
 void DeletePersonData(std::int32_t Personal_ID) {
     if (Personal_ID == 0) return;
     OnErrorResumeNext on("Module1.DeletePersonData");
-
-    // The resources first, through their own routine, which keeps a row
-    // another owner still links to. It opens the book for itself, so it runs
-    // before this routine takes the write lock below.
-    DeletePersonResources(Personal_ID);
-
     OwnDatabase own(on);
     if (!own.IsOpen()) return;
-    const std::string person = std::to_string(Personal_ID);
-    // The rest in one statement a table and one transaction: a person with
-    // many jobs and photos costs one sync of the file, and a failure leaves
-    // the three tables as they were. The jobs stay as vacancies, so the
-    // organization keeps its posts.
     on.Do([&] {
         BookTransaction transaction(own.db);
-        own.db.Execute("Update Employees Set [Personal ID]=0 Where [Personal ID]=" + person + ";");
-        own.db.Execute("Delete From Projects Where [Owner ID]=" + person + " And [OwnerType]=0;");
-        own.db.Execute("Delete From Photo Where [Personal ID]=" + person + ";");
+        DeletePersonDataIn(own.db, Personal_ID);
         transaction.Commit();
     });
+}
+
+void DeletePersonDataIn(const dao::Database& db, std::int32_t Personal_ID) {
+    if (Personal_ID == 0) return;
+    // One statement a table, in the caller's transaction: a person with many
+    // resources, jobs and photos costs one sync of the file, and a failure
+    // leaves every table as it was. The jobs stay as vacancies, so the
+    // organization keeps its posts; a resource another owner still links to
+    // stays for that owner.
+    const std::string person = std::to_string(Personal_ID);
+    DeletePersonResourcesIn(db, Personal_ID);
+    const std::string jobs = " Where [Personal ID]=" + person;
+    if (HasRows(db, "Employees", jobs)) db.Execute("Update Employees Set [Personal ID]=0" + jobs + ";");
+    const std::string projects = " Where [Owner ID]=" + person + " And [OwnerType]=0";
+    if (HasRows(db, "Projects", projects)) db.Execute("Delete From Projects" + projects + ";");
+    const std::string photos = " Where [Personal ID]=" + person;
+    if (HasRows(db, "Photo", photos)) db.Execute("Delete From Photo" + photos + ";");
 }
 
 }  // namespace zelvo

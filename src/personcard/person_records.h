@@ -3,13 +3,16 @@
 //
 // Every way in and out of PersonalData uses these two: the host's
 // AddNewPerson, AddPersonbyStrMail and DeletePerson, and the address book
-// window's New and Delete. They open the book themselves (DatabasePath) and
-// pass over a failing step, as those callers do: what was written before a
-// failure stays.
+// window's New and Delete. They open the book themselves (DatabasePath),
+// raise nothing, and write each call as one transaction: a call that fails
+// on the way leaves the book as it was, so no person is left half made or
+// half removed.
 #pragma once
 
 #include <cstdint>
 #include <string>
+
+#include "platform/dao/database.h"
 
 namespace zelvo {
 
@@ -24,5 +27,10 @@ std::int32_t NewPersonRecord(const std::string& rProject, bool InsArcPrj);
 // owner type 0 and its photos; its Employees rows stay as vacancies
 // ([Personal ID] 0). AddressesOwners rows are not touched.
 void DeletePersonData(std::int32_t Personal_ID);
+
+// DeletePersonData for a caller that deletes the person's row in the same
+// transaction of `db`: everything is written through `db`, and an engine
+// error goes on to the caller, whose transaction then keeps nothing.
+void DeletePersonDataIn(const dao::Database& db, std::int32_t Personal_ID);
 
 }  // namespace zelvo

@@ -159,28 +159,25 @@ bool DeletePersonResources(std::int32_t PersonalID) {
     OnErrorResumeNext on("Module1.DeletePersonResources");
     OwnDatabase own(on);
     if (!own.IsOpen()) return false;
+    on.Do([&] { DeletePersonResourcesIn(own.db, PersonalID); });
+    return true;
+}
 
+bool DeletePersonResourcesIn(const dao::Database& db, std::int32_t PersonalID) {
+    if (PersonalID == 0) return false;
     // The resources the person links to, noted before the links go.
     std::vector<std::int32_t> noted;
-    {
-        dao::Recordset links = on.Resume([&] { return own.db.OpenRecordset(SqlPersonLinks(PersonalID)); });
-        if (!links) return false;
-        for (; !on.Resume([&] { return links.IsEOF(); }, true); on.Do([&] { links.MoveNext(); }))
-            noted.push_back(on.Resume([&] { return ValueConv::ToLong(links("Resource ID")); }));
-        on.Do([&] { links.Close(); });
-    }
+    dao::Recordset links = db.OpenRecordset(SqlPersonLinks(PersonalID), dao::dbOpenSnapshot);
+    for (; !links.IsEOF(); links.MoveNext()) noted.push_back(ValueConv::ToLong(links("Resource ID")));
+    links.Close();
     if (noted.empty()) return true;
 
     // All of the person's links go in one statement, and the rows no other
     // owner links to in one more: a card can carry many resources, and a
     // write for each would make removing a person slow.
-    const std::string person = std::to_string(PersonalID);
-    if (!on.Do([&] {
-            own.db.Execute("Delete From ResourcesOwners Where [Owner ID]=" + person +
-                           " And ([OwnerType]=0 Or [OwnerType] Is Null);");
-        }))
-        return true;
-    on.Do([&] { DeleteUnlinkedResources(own.db, noted); });
+    db.Execute("Delete From ResourcesOwners Where [Owner ID]=" + std::to_string(PersonalID) +
+               " And ([OwnerType]=0 Or [OwnerType] Is Null);");
+    DeleteUnlinkedResources(db, noted);
     return true;
 }
 

@@ -67,6 +67,11 @@ bool DeleteOwnerResourcesIn(const dao::Database& db, std::int32_t OwnerID, std::
 // the book cannot be opened.
 bool DeletePersonResources(std::int32_t PersonalID);
 
+// DeletePersonResources for a caller that deletes the person in one
+// transaction of `db`: written and read through `db`, nothing told to the
+// person, engine errors go on to the caller. False for 0, true otherwise.
+bool DeletePersonResourcesIn(const dao::Database& db, std::int32_t PersonalID);
+
 // Whether the owner has at least one resource of kind `ResType`. Opens the
 // book itself, so it sees what was just written through another database.
 bool OwnerHasResource(std::int32_t OwnerID, std::int32_t OwnerType, std::int32_t ResType);

@@ -42,9 +42,10 @@ protected:
         }
         return rows;
     }
-    std::map<std::string, std::vector<std::string>> Everything() {
+    std::map<std::string, std::vector<std::string>> Everything(const std::vector<std::string>& tables = {
+                                                                   std::begin(kTables), std::end(kTables)}) {
         std::map<std::string, std::vector<std::string>> all;
-        for (const char* t : kTables) all[t] = Rows(std::string("Select * From ") + t);
+        for (const std::string& t : tables) all[t] = Rows("Select * From " + t);
         return all;
     }
     std::set<int> Column(const std::string& sql) {
@@ -241,6 +242,17 @@ TEST_F(PersonIntakeTest, DeletingAnEmployeeWithSharedResourcesAndPhotosLeavesNoO
     book_.DeletePerson(1);
     ASSERT_EQ(Messages().size(), 1u);
     EXPECT_EQ(Messages()[0].prompt, "Person number 1 is not found!");
+}
+
+TEST_F(PersonIntakeTest, ADeletionFailingHalfwayLeavesThePersonWhole) {
+    // Without a Photo table the last step fails, after the resources,
+    // the jobs and the project rows were taken: all of it comes back.
+    Exec("Insert Into Employees ([Job ID], [Personal ID], [Room ID]) Values (1, 1, 0)");
+    Exec("Drop Table Photo");
+    auto before = Everything({"PersonalData", "Resources", "ResourcesOwners", "Projects", "Employees"});
+    book_.DeletePerson(1);
+    EXPECT_EQ(Everything({"PersonalData", "Resources", "ResourcesOwners", "Projects", "Employees"}), before);
+    EXPECT_TRUE(Messages().empty());
 }
 
 TEST_F(PersonIntakeTest, APersonAddedFromAMailStringGoesWithoutATrace) {

@@ -1,4 +1,4 @@
-// zelvo call AddPersonbyStrMail, AddNewPerson and DeletePerson, run as
+// zelvo call AddPersonbyStrMail and DeletePerson, run as
 // programs on a book made by CorrectDB, read back through zelvo sql.
 #include <gtest/gtest.h>
 
@@ -50,15 +50,6 @@ TEST_F(CliPersonsTest, APastedSenderComesInWithItsAddressAndGoesOutWithoutATrace
     r = Zelvo({"--app-path", app(), "call", "DeletePerson", "1"});
     EXPECT_EQ(r.status, 0) << r.err;
     EXPECT_NE((r.out + r.err).find("Person number 1 is not found!"), std::string::npos) << r.out << r.err;
-}
-
-TEST_F(CliPersonsTest, AddNewPersonFilesAnEmptyPersonInTheProject) {
-    Outcome r = Zelvo({"--app-path", app(), "call", "AddNewPerson", "--set", "rProject=A\\B", "--set", "InsArcPrj=True"});
-    ASSERT_EQ(r.status, 0) << r.err;
-    EXPECT_NE(Sql("Select Count(*) From PersonalData").find("[[1]]"), std::string::npos);
-    EXPECT_NE(Sql("Select [Owner ID], OwnerType, Project, InsArcPrj From Projects").find("[1, 0, \"A\\\\B\", true]"),
-              std::string::npos)
-        << Sql("Select [Owner ID], OwnerType, Project, InsArcPrj From Projects");
 }
 
 }  // namespace
