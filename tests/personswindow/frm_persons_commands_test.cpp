@@ -242,9 +242,12 @@ TEST_F(FrmPersonsCommandsTest, NewUnderAllPersonsWithThePickerCancelledMakesAnUn
     ASSERT_TRUE(f.Toolbar1.UserClick("New"));
     ASSERT_EQ(host_.PickerLog().size(), 1u);
     EXPECT_EQ(host_.PickerLog()[0].title, "Choosing a component project");
-    ASSERT_EQ(host_.Log().size(), 1u);
+    // The message, then the new person's card.
+    ASSERT_EQ(host_.Log().size(), 2u);
     EXPECT_EQ(host_.Log()[0].prompt, "The added person will be unsorted!");
     EXPECT_EQ(host_.Log()[0].buttons, 64);
+    EXPECT_EQ(host_.Log()[1].kind, ui::ScriptedUiHost::Shown::Window);
+    EXPECT_EQ(host_.Log()[1].prompt, "frmMain");
     const int id = LastId("PersonalData", "Personal ID");
     EXPECT_EQ(id, 5);
     EXPECT_EQ(Column0("Select [Owner ID] From Projects Where [Owner ID]=5"), std::vector<int>{});
