@@ -1,15 +1,39 @@
 #include "form_widgets.h"
 
 #include <QCloseEvent>
+#include <QEvent>
 
 #include "bindings.h"
 #include "list_model.h"
 
 namespace zelvo::desktop {
 
+FormWindow::FormWindow(ui::Form& form) : form_(form) {
+    observer_ = form_.Observe([this] { ShowState(); });
+}
+
+FormWindow::~FormWindow() { form_.Unobserve(observer_); }
+
 void FormWindow::closeEvent(QCloseEvent* event) {
     form_.Unload();
     event->accept();
+}
+
+void FormWindow::changeEvent(QEvent* event) {
+    if (event->type() == QEvent::WindowStateChange) {
+        Qt::WindowStates s = windowState();
+        form_.SetWindowState(s & Qt::WindowMinimized   ? ui::vbMinimized
+                             : s & Qt::WindowMaximized ? ui::vbMaximized
+                                                       : ui::vbNormal);
+    }
+    QMainWindow::changeEvent(event);
+}
+
+void FormWindow::ShowState() {
+    Qt::WindowStates wanted = form_.WindowState() == ui::vbMinimized   ? Qt::WindowMinimized
+                              : form_.WindowState() == ui::vbMaximized ? Qt::WindowMaximized
+                                                                       : Qt::WindowNoState;
+    if (windowState() != wanted) setWindowState(wanted);
 }
 
 QTreeView* BoundReportView(ui::ListView& list, const char* name, QWidget* parent) {

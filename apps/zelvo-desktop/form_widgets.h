@@ -14,16 +14,22 @@
 namespace zelvo::desktop {
 
 // The frame's close button is the form's: it unloads the window, which ends
-// the wait of whoever opened it.
+// the wait of whoever opened it. The window state is the form's too: the
+// desktop's minimize or maximize is told to it, and its changes are shown.
 class FormWindow : public QMainWindow {
 public:
-    explicit FormWindow(ui::Form& form) : form_(form) {}
+    explicit FormWindow(ui::Form& form);
+    ~FormWindow() override;
 
 protected:
     void closeEvent(QCloseEvent* event) override;
+    void changeEvent(QEvent* event) override;
 
 private:
+    void ShowState();
+
     ui::Form& form_;
+    int observer_ = 0;
 };
 
 template <typename W>

@@ -16,49 +16,13 @@
 #include <QVBoxLayout>
 
 #include "bindings.h"
+#include "form_widgets.h"
 #include "list_model.h"
 #include "personswindow/frm_persons.h"
 
 namespace zelvo::desktop {
 
 namespace {
-
-// The frame's close button is the form's: it unloads the window, which ends
-// the wait of whoever opened it. The window state is the form's too: the
-// desktop's minimize or maximize is told to it, and its changes are shown.
-class FormWindow : public QMainWindow {
-public:
-    explicit FormWindow(ui::Form& form) : form_(form) {
-        observer_ = form_.Observe([this] { ShowState(); });
-    }
-    ~FormWindow() override { form_.Unobserve(observer_); }
-
-protected:
-    void closeEvent(QCloseEvent* event) override {
-        form_.Unload();
-        event->accept();
-    }
-    void changeEvent(QEvent* event) override {
-        if (event->type() == QEvent::WindowStateChange) {
-            Qt::WindowStates s = windowState();
-            form_.SetWindowState(s & Qt::WindowMinimized   ? ui::vbMinimized
-                                 : s & Qt::WindowMaximized ? ui::vbMaximized
-                                                           : ui::vbNormal);
-        }
-        QMainWindow::changeEvent(event);
-    }
-
-private:
-    void ShowState() {
-        Qt::WindowStates wanted = form_.WindowState() == ui::vbMinimized   ? Qt::WindowMinimized
-                                  : form_.WindowState() == ui::vbMaximized ? Qt::WindowMaximized
-                                                                           : Qt::WindowNoState;
-        if (windowState() != wanted) setWindowState(wanted);
-    }
-
-    ui::Form& form_;
-    int observer_ = 0;
-};
 
 int ShiftOf(const QKeyEvent* key) { return key->modifiers() & Qt::ShiftModifier ? vbShiftMask : 0; }
 
@@ -142,42 +106,6 @@ void FollowPhoto(QLabel* label, frmPersons& f) {
     QObject::connect(label, &QObject::destroyed, [&f, id] { f.lvwWeb.Unobserve(id); });
 }
 
-template <typename W>
-W* Named(W* widget, const char* name) {
-    widget->setObjectName(name);
-    return widget;
-}
-
-// A list of rows with columns (the tabs' lists), bound to its model.
-QTreeView* ReportView(ui::ListView& list, const char* name, QWidget* parent) {
-    auto* view = Named(new QTreeView(parent), name);
-    auto* model = new ListViewModel(list, view);
-    view->setModel(model);
-    view->setRootIsDecorated(false);
-    view->setUniformRowHeights(true);
-    view->setSelectionBehavior(QAbstractItemView::SelectRows);
-    model->BindSelection(view->selectionModel());
-    return view;
-}
-
-QLineEdit* Text(ui::TextBox& box, const char* name, QWidget* parent) {
-    auto* edit = Named(new QLineEdit(parent), name);
-    BindTextBox(edit, box);
-    return edit;
-}
-
-QLabel* Caption(ui::Label& label, const char* name, QWidget* parent) {
-    auto* l = Named(new QLabel(parent), name);
-    BindLabel(l, label);
-    return l;
-}
-
-QPushButton* Button(ui::CommandButton& button, const char* name, QWidget* parent) {
-    auto* b = Named(new QPushButton(parent), name);
-    BindButton(b, button);
-    return b;
-}
-
 }  // namespace
 
 std::unique_ptr<QWidget> MakePersonsWindow(ui::Form& form) {
@@ -199,8 +127,8 @@ std::unique_ptr<QWidget> MakePersonsWindow(ui::Form& form) {
     auto* tbPrj = Named(new QToolBar(central), "tbPrj");
     BindToolbar(tbPrj, f.tbPrj, Qt::ToolButtonIconOnly);
     barRow->addWidget(tbPrj);
-    barRow->addWidget(Caption(f.txtPrjLabel, "txtPrjLabel", central));
-    barRow->addWidget(Text(f.txtPrj, "txtPrj", central), 1);
+    barRow->addWidget(BoundCaption(f.txtPrjLabel, "txtPrjLabel", central));
+    barRow->addWidget(BoundText(f.txtPrj, "txtPrj", central), 1);
     column->addLayout(barRow);
 
     auto* split = new QSplitter(Qt::Horizontal, central);
@@ -232,16 +160,16 @@ std::unique_ptr<QWidget> MakePersonsWindow(ui::Form& form) {
     // Tab 0: the person's main data.
     auto* mainTab = new QWidget(tabs);
     auto* grid = new QFormLayout(mainTab);
-    grid->addRow(Caption(f.Label1, "Label1", mainTab), Text(f.txtName, "txtName", mainTab));
-    grid->addRow(Caption(f.Label2, "Label2", mainTab), Text(f.txtAddress, "txtAddress", mainTab));
-    grid->addRow(Caption(f.Label3, "Label3", mainTab), Text(f.txtJob, "txtJob", mainTab));
+    grid->addRow(BoundCaption(f.Label1, "Label1", mainTab), BoundText(f.txtName, "txtName", mainTab));
+    grid->addRow(BoundCaption(f.Label2, "Label2", mainTab), BoundText(f.txtAddress, "txtAddress", mainTab));
+    grid->addRow(BoundCaption(f.Label3, "Label3", mainTab), BoundText(f.txtJob, "txtJob", mainTab));
     // The phones on one row: home, then work.
     auto* phones = new QHBoxLayout;
-    phones->addWidget(Caption(f.Label5, "Label5", mainTab));
-    phones->addWidget(Text(f.txtHomePhone, "txtHomePhone", mainTab), 1);
-    phones->addWidget(Caption(f.Label6, "Label6", mainTab));
-    phones->addWidget(Text(f.txtOrgPhone, "txtOrgPhone", mainTab), 1);
-    grid->addRow(Caption(f.Label4, "Label4", mainTab), phones);
+    phones->addWidget(BoundCaption(f.Label5, "Label5", mainTab));
+    phones->addWidget(BoundText(f.txtHomePhone, "txtHomePhone", mainTab), 1);
+    phones->addWidget(BoundCaption(f.Label6, "Label6", mainTab));
+    phones->addWidget(BoundText(f.txtOrgPhone, "txtOrgPhone", mainTab), 1);
+    grid->addRow(BoundCaption(f.Label4, "Label4", mainTab), phones);
     auto* photo = Named(new QLabel(mainTab), "ScaledPicture");
     photo->setMinimumSize(93, 124);
     photo->setFrameShape(QFrame::StyledPanel);
@@ -253,14 +181,14 @@ std::unique_ptr<QWidget> MakePersonsWindow(ui::Form& form) {
     // Tab 1: e-mail addresses and web pages, a button under each.
     auto* netTab = new QWidget(tabs);
     auto* net = new QVBoxLayout(netTab);
-    QTreeView* mails = ReportView(f.lvwEmail, "lvwEmail", netTab);
+    QTreeView* mails = BoundReportView(f.lvwEmail, "lvwEmail", netTab);
     QObject::connect(mails, &QAbstractItemView::doubleClicked, mails,
                      [&f](const QModelIndex& index) { f.lvwEmail.UserDblClick(index.row() + 1); });
     ForwardKeys(mails, [&f](int code, int shift) { f.lvwEmail_KeyDown(code, shift); });
     net->addWidget(mails);
-    net->addWidget(Button(f.cmdLetter, "cmdLetter", netTab), 0, Qt::AlignRight);
-    net->addWidget(ReportView(f.lvwWeb, "lvwWeb", netTab));
-    net->addWidget(Button(f.cmdGoWeb, "cmdGoWeb", netTab), 0, Qt::AlignRight);
+    net->addWidget(BoundButton(f.cmdLetter, "cmdLetter", netTab), 0, Qt::AlignRight);
+    net->addWidget(BoundReportView(f.lvwWeb, "lvwWeb", netTab));
+    net->addWidget(BoundButton(f.cmdGoWeb, "cmdGoWeb", netTab), 0, Qt::AlignRight);
     tabs->addTab(netTab, {});
 
     // Tab 2: the person's projects and their toolbar.
@@ -269,7 +197,7 @@ std::unique_ptr<QWidget> MakePersonsWindow(ui::Form& form) {
     auto* tbProp = Named(new QToolBar(prjTab), "TbPrjProp");
     BindToolbar(tbProp, f.TbPrjProp, Qt::ToolButtonTextBesideIcon);
     prj->addWidget(tbProp);
-    prj->addWidget(ReportView(f.lvwPrj, "lvwPrj", prjTab));
+    prj->addWidget(BoundReportView(f.lvwPrj, "lvwPrj", prjTab));
     // lvwPrj's clicks reach the window through the selection it binds.
     tabs->addTab(prjTab, {});
     BindTabs(tabs, f.SSTab1);
@@ -281,10 +209,10 @@ std::unique_ptr<QWidget> MakePersonsWindow(ui::Form& form) {
     column->addWidget(split, 1);
 
     auto* buttons = new QHBoxLayout;
-    buttons->addWidget(Button(f.cmdPersProp, "cmdPersProp", central));
+    buttons->addWidget(BoundButton(f.cmdPersProp, "cmdPersProp", central));
     buttons->addStretch(1);
-    buttons->addWidget(Button(f.cmdOK, "cmdOK", central));
-    buttons->addWidget(Button(f.cmdCancel, "cmdCancel", central));
+    buttons->addWidget(BoundButton(f.cmdOK, "cmdOK", central));
+    buttons->addWidget(BoundButton(f.cmdCancel, "cmdCancel", central));
     column->addLayout(buttons);
 
     window->setCentralWidget(central);
