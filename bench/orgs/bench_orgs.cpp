@@ -15,15 +15,17 @@
 // SqlPersonJobs <= 1 ms.
 //
 // DeleteOrg is one transaction of the book, so its 20,000 row writes cost
-// one sync of the file; what is left above the anchor is the walk itself,
-// a few statements for each of the 6,000 owners (employees, job titles,
-// units) where the anchor deletes by sets. SqlPersonJobs is an index lookup
+// one sync of the file. It reads the branch's units and rooms, then
+// deletes by sets as the anchor does, a few statements for each kind of
+// row. Both sides run on a book whose lookup indexes are made (see main). SqlPersonJobs is an index lookup
 // once the engine has indexed Employees.[Personal ID] (at the first run on
 // a large book).
 #include <benchmark/benchmark.h>
 #include <sqlite3.h>
 
+#include <chrono>
 #include <cstdio>
+#include <ctime>
 #include <cstdlib>
 #include <string>
 #include <vector>
@@ -286,6 +288,20 @@ BENCHMARK(BM_SqlPersonJobsRaw)->Unit(benchmark::kMicrosecond);
 
 int main(int argc, char** argv) {
     BuildBook();
+    // The engine makes the lookup indexes of a query the first time it runs
+    // on a book; a book in use has them. One deletion before the runs makes
+    // them, so both sides are timed with them; what that first one cost is
+    // shown for what a new book pays once.
+    {
+        BuildTarget();
+        std::clock_t cpu = std::clock();
+        auto wall = std::chrono::steady_clock::now();
+        if (!dbZelvo().DeleteOrg(kTarget)) std::fprintf(stderr, "bench_orgs: the first deletion failed\n");
+        std::printf("first DeleteOrg on the new book (its indexes made): %.0f ms CPU, %.0f ms wall\n",
+                    1000.0 * double(std::clock() - cpu) / CLOCKS_PER_SEC,
+                    std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - wall).count());
+        RemoveLeftovers();
+    }
     benchmark::Initialize(&argc, argv);
     benchmark::RunSpecifiedBenchmarks();
     benchmark::Shutdown();

@@ -207,6 +207,13 @@ void Archive50(benchmark::State& state, bool raw) {
     book.AppPath = gFolder;
     sqlite3* db = OpenRaw();
     bool side = false;
+    // The engine indexes the columns a query looks values up in the first
+    // time it runs on a book; a book in use has these indexes. One round
+    // trip before the runs makes them, so that both sides are timed alike.
+    if (!raw) {
+        book.PrjArcPrj2(kArchivedOrg, 1, nullptr, nullptr, side);
+        book.PrjArcPrj2(kArchivedOrg, 1, nullptr, nullptr, side);
+    }
     for (auto _ : state) {
         if (raw) {
             Exec(db, "UPDATE Projects SET InsArcPrj = " + std::string(side ? "0" : "-1") +

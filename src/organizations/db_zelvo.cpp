@@ -1,5 +1,7 @@
 #include "organizations/db_zelvo.h"
 
+#include <algorithm>
+#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -8,6 +10,7 @@
 #include "organizations/org_sql.h"
 #include "platform/core/error.h"
 #include "platform/core/value_conv.h"
+#include "platform/dao/connection.h"
 #include "platform/ui/ui_host.h"
 #include "resources/resource_ops.h"
 #include "store/book_transaction.h"
@@ -53,6 +56,54 @@ std::vector<std::int32_t> IdsLastToFirst(const dao::Database& db, const std::str
     return {ids.rbegin(), ids.rend()};
 }
 
+// The values of `column` in the rows of `sql`, in the order read.
+std::vector<std::int32_t> IdsOf(const dao::Database& db, const std::string& sql, const char* column) {
+    std::vector<std::int32_t> ids;
+    dao::Recordset rs = db.OpenRecordset(sql, dao::dbOpenSnapshot);
+    for (; !rs.IsEOF(); rs.MoveNext()) ids.push_back(ValueConv::ToLong(rs(column)));
+    rs.Close();
+    return ids;
+}
+
+// `ids` as the texts of "In (...)" lists, a thousand identities at most in
+// each, so that no statement grows without bound on a large or damaged book.
+std::vector<std::string> InLists(const std::vector<std::int32_t>& ids) {
+    constexpr std::size_t kChunk = 1000;
+    std::vector<std::string> lists;
+    for (std::size_t from = 0; from < ids.size(); from += kChunk) {
+        std::string list;
+        for (std::size_t i = from; i < std::min(ids.size(), from + kChunk); ++i)
+            list += (list.empty() ? "" : ",") + Id(ids[i]);
+        lists.push_back(std::move(list));
+    }
+    return lists;
+}
+
+// The hook once for each row a statement is about to delete: the rows of
+// `table` that `where` gives, counted only when a hook is set.
+void BeforeRowsDeleted(const dao::Database& db, const std::string& table, const std::string& where) {
+    if (!FaultHook()) return;
+    dao::Recordset rs = db.OpenRecordset("Select Count(*) As N From " + table + " Where " + where + ";", dao::dbOpenSnapshot);
+    std::int64_t n = rs.IsEOF() ? 0 : ValueConv::ToLong(rs("N"));
+    rs.Close();
+    for (std::int64_t i = 0; i < n; ++i) BeforeRowDeleted();
+}
+
+void BeforeRowsDeleted(std::size_t n) {
+    for (std::size_t i = 0; i < n && FaultHook(); ++i) BeforeRowDeleted();
+}
+
+// The engine keeps an index of a column once a query looks a value up in
+// it by "=", which the statements by sets below do not: they find their
+// rows by these columns with "In". Asking for the indexes here spares them
+// reading whole tables on a book where no window has looked these up yet.
+void LookUpKeys(const dao::Database& db) {
+    static const std::pair<const char*, const char*> keys[] = {
+        {"JobTitles", "Organization ID"}, {"Employees", "Job ID"}, {"Employees", "Room ID"},
+        {"Rooms", "Organization ID"},     {"Rooms", "rParent ID"}};
+    for (const auto& [table, column] : keys) db.connection()->EnsureLookupIndex(table, column);
+}
+
 // Deletes the row of `table` whose `idColumn` is `id`; false when there was
 // none.
 bool DeleteRowById(const dao::Database& db, const char* table, const char* idColumn, std::int32_t id) {
@@ -90,42 +141,53 @@ bool dbZelvo::DeleteOrg(std::int32_t Organization_ID) {
 }
 
 bool dbZelvo::DeleteUnitTree(std::int32_t Organization_ID) {
-    // The units are walked depth first with a stack of our own: a unit's
-    // contents go when it is reached, its row once all units below it are
-    // gone. A unit met again (a cycle) counts as done.
-    struct Frame {
-        std::int32_t id;
-        std::vector<std::int32_t> children;
-        std::size_t next = 0;
-    };
+    if (IdsOf(db, "Select [Organization ID] From Organizations Where [Organization ID]=" + Id(Organization_ID) + ";",
+              "Organization ID")
+            .empty()) {
+        // Fixed text of the walk, shown as it always was.
+        UniMsgBox("Организация или подразделение не найдены в базе!", ui::vbExclamation);
+        return false;
+    }
+    LookUpKeys(db);
+    // The units of the branch, each once, in the order of a walk from the
+    // top: a unit, then the branch of each of its subordinate units in turn
+    // (the rooms' outcome depends on that order, see DeleteRoomsOfUnits). A
+    // unit met again (a [Parent ID] cycle) is passed over; the stack is our
+    // own, so a chain of any depth is fine.
+    std::vector<std::int32_t> units;
     std::unordered_set<std::int32_t> seen{Organization_ID};
-    std::vector<Frame> stack;
-    auto enter = [&](std::int32_t id) {
-        DeleteUnitContents(id);
-        stack.push_back({id, IdsLastToFirst(db, OrgChildrenSQL(id), "Organization ID")});
-    };
-    enter(Organization_ID);
+    std::vector<std::int32_t> stack{Organization_ID};
     while (!stack.empty()) {
-        Frame& top = stack.back();
-        if (top.next < top.children.size()) {
-            std::int32_t child = top.children[top.next++];
-            if (seen.insert(child).second) enter(child);
-            continue;
-        }
-        if (!DeleteRowById(db, "Organizations", "Organization ID", top.id)) {
-            // Fixed text of the walk, shown as it always was.
-            UniMsgBox("Организация или подразделение не найдены в базе!", ui::vbExclamation);
-            return false;
-        }
+        std::int32_t unit = stack.back();
         stack.pop_back();
+        units.push_back(unit);
+        std::vector<std::int32_t> children = IdsLastToFirst(db, OrgChildrenSQL(unit), "Organization ID");
+        for (auto child = children.rbegin(); child != children.rend(); ++child)
+            if (seen.insert(*child).second) stack.push_back(*child);
+    }
+
+    // Then everything of the branch by sets, a statement for each kind of
+    // row however many there are: thousands of employees cost a few
+    // statements, not a few each. The order of the statements changes
+    // nothing in what is left: a resource goes once its last link is gone,
+    // whichever owner's link goes last.
+    DeleteRoomsOfUnits(units);
+    for (const std::string& list : InLists(units)) {
+        const std::string jobs = "Select [Job ID] From JobTitles Where [Organization ID] In (" + list + ")";
+        const std::string employees = "Select [Employee ID] From Employees Where [Job ID] In (" + jobs + ")";
+        DeleteOwnersResourcesIn(db, oOrganization_ID, list);
+        DeleteOwnersResourcesIn(db, oJob_ID, jobs);
+        DeleteOwnersResourcesIn(db, oEmployees_ID, employees);
+        // Every row of the jobs goes, vacancies too.
+        const std::string ofJobs = "[Job ID] In (" + jobs + ")", ofUnits = "[Organization ID] In (" + list + ")";
+        BeforeRowsDeleted(db, "Employees", ofJobs);
+        db.Execute("Delete From Employees Where " + ofJobs + ";");
+        BeforeRowsDeleted(db, "JobTitles", ofUnits);
+        db.Execute("Delete From JobTitles Where " + ofUnits + ";");
+        BeforeRowsDeleted(db, "Organizations", ofUnits);
+        db.Execute("Delete From Organizations Where " + ofUnits + ";");
     }
     return true;
-}
-
-void dbZelvo::DeleteUnitContents(std::int32_t Organization_ID) {
-    RemoveOwnerResources(Organization_ID, oOrganization_ID);
-    DeleteRoomsOfOrg(Organization_ID);
-    for (std::int32_t job : IdsLastToFirst(db, JobTitlesOfOrgSQL(Organization_ID), "Job ID")) DeleteJobCascade(job);
 }
 
 bool dbZelvo::DeleteJobTitle(std::int32_t Job_ID, dao::Recordset& rsJobTitles) {
@@ -194,16 +256,78 @@ void dbZelvo::DeleteOrgRooms(std::int32_t Organization_ID) {
     });
 }
 
-void dbZelvo::DeleteRoomsOfOrg(std::int32_t Organization_ID) {
+void dbZelvo::DeleteRoomsOfOrg(std::int32_t Organization_ID) { DeleteRoomsOfUnits({Organization_ID}); }
+
+void dbZelvo::DeleteRoomsOfUnits(const std::vector<std::int32_t>& units) {
+    // The rooms of each unit are taken from the last to the first, the
+    // units in the order given. A room taken this way goes with its
+    // employees moved out, but its phones stay; every room below it that is
+    // still there goes too, phones and all. So the phones of a unit's room
+    // go only when it lay below a room taken before it. The outcome is
+    // worked out here on the tree of rooms, read once, and written by sets.
+    std::vector<std::int32_t> listed;
+    for (const std::string& list : InLists(units)) {
+        // One read for many units: the rooms of each in the order read, then
+        // the units' lists one after the other in the order given.
+        std::unordered_map<std::int32_t, std::vector<std::int32_t>> ofUnit;
+        dao::Recordset rs = db.OpenRecordset(
+            "Select [Room ID], [Organization ID] From Rooms Where [Organization ID] In (" + list + ");",
+            dao::dbOpenSnapshot);
+        for (; !rs.IsEOF(); rs.MoveNext())
+            ofUnit[ValueConv::ToLong(rs("Organization ID"))].push_back(ValueConv::ToLong(rs("Room ID")));
+        rs.Close();
+        for (std::int32_t unit : units) {
+            auto rooms = ofUnit.find(unit);
+            if (rooms == ofUnit.end()) continue;
+            listed.insert(listed.end(), rooms->second.rbegin(), rooms->second.rend());
+            ofUnit.erase(rooms);
+        }
+    }
+    if (listed.empty()) return;
+
+    // The rooms below them, a level at a time; a room met again (a cycle)
+    // is not read twice.
+    std::unordered_map<std::int32_t, std::vector<std::int32_t>> below;
+    std::unordered_set<std::int32_t> known(listed.begin(), listed.end());
+    for (std::vector<std::int32_t> level = listed; !level.empty();) {
+        std::vector<std::int32_t> next;
+        for (const std::string& list : InLists(level)) {
+            dao::Recordset rs = db.OpenRecordset(
+                "Select [Room ID], [rParent ID] From Rooms Where [rParent ID] In (" + list + ");", dao::dbOpenSnapshot);
+            for (; !rs.IsEOF(); rs.MoveNext()) {
+                std::int32_t room = ValueConv::ToLong(rs("Room ID"));
+                below[ValueConv::ToLong(rs("rParent ID"))].push_back(room);
+                if (known.insert(room).second) next.push_back(room);
+            }
+            rs.Close();
+        }
+        level = std::move(next);
+    }
+
     std::unordered_set<std::int32_t> gone;
-    for (std::int32_t room :
-         IdsLastToFirst(db, "Select * from Rooms where Rooms.[Organization ID]=" + Id(Organization_ID) + ";", "Room ID")) {
-        // A room that lay under one deleted earlier in this walk is gone.
-        if (gone.count(room)) continue;
-        MoveOutOfRoom(room);
-        DeleteRowById(db, "Rooms", "Room ID", room);
-        gone.insert(room);
-        DeleteRoomsBelow(room, gone);
+    std::vector<std::int32_t> rooms, withPhones;
+    for (std::int32_t top : listed) {
+        if (!gone.insert(top).second) continue;  // it lay below a room taken before
+        rooms.push_back(top);
+        std::vector<std::int32_t> stack{top};
+        while (!stack.empty()) {
+            std::int32_t room = stack.back();
+            stack.pop_back();
+            auto children = below.find(room);
+            if (children == below.end()) continue;
+            for (std::int32_t child : children->second)
+                if (gone.insert(child).second) {
+                    rooms.push_back(child);
+                    withPhones.push_back(child);
+                    stack.push_back(child);
+                }
+        }
+    }
+    for (const std::string& list : InLists(withPhones)) DeleteOwnersResourcesIn(db, oRoom_ID, list);
+    BeforeRowsDeleted(rooms.size());
+    for (const std::string& list : InLists(rooms)) {
+        db.Execute("Update Employees Set [Room ID]=0 Where [Room ID] In (" + list + ");");
+        db.Execute("Delete From Rooms Where [Room ID] In (" + list + ");");
     }
 }
 
@@ -256,17 +380,7 @@ bool dbZelvo::MoveEmployeesFromRoom(std::int32_t Room_ID) {
 }
 
 void dbZelvo::MoveOutOfRoom(std::int32_t Room_ID) {
-    dao::Recordset rs = db.OpenRecordset("Select * from Employees Where [Room ID]=" + Id(Room_ID) + ";");
-    if (!rs.IsEOF()) {
-        rs.MoveLast();
-        while (!rs.IsBOF()) {
-            rs.Edit();
-            rs.SetValue("Room ID", Variant(std::int64_t{0}));
-            rs.Update();
-            rs.MovePrevious();
-        }
-    }
-    rs.Close();
+    db.Execute("Update Employees Set [Room ID]=0 Where [Room ID]=" + Id(Room_ID) + ";");
 }
 
 std::string dbZelvo::GetRoomStringFromID(std::int32_t Room_ID) {

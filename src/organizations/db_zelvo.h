@@ -23,6 +23,10 @@
 // does not hang a walk: a unit or room met a second time is passed over.
 // The walks keep their own stack, so a chain of any depth is fine.
 //
+// A unit's deletion reads the identities of its branch (units, rooms) once
+// and then deletes by sets, a few statements for each kind of row, however
+// many employees and job titles the branch holds.
+//
 // Each deletion is one transaction of the book, however many rows it takes
 // along: it is kept whole or not at all. An engine error midway (a locked
 // or full book, a row that cannot be written) undoes everything it had
@@ -40,6 +44,7 @@
 #include <functional>
 #include <string>
 #include <unordered_set>
+#include <vector>
 
 #include "platform/dao/database.h"
 #include "platform/dao/recordset.h"
@@ -56,9 +61,8 @@ public:
     dbZelvo& operator=(const dbZelvo&) = delete;
 
     // Deletes the unit and everything below it (see above). True when the
-    // row was deleted. A unit that is not in the book, or a subordinate unit
-    // that vanished during the walk, shows a warning and gives False; the
-    // book is then left as it was.
+    // row was deleted. A unit that is not in the book shows a warning and
+    // gives False; the book is then left as it was.
     bool DeleteOrg(std::int32_t Organization_ID);
 
     // Deletes the job title `Job_ID`, found in the caller's record set
@@ -95,8 +99,10 @@ private:
     // DeleteOrg inside its transaction.
     bool DeleteUnitTree(std::int32_t Organization_ID);
     // DeleteOrgRooms and MoveEmployeesFromRoom inside the transaction of
-    // their caller.
+    // their caller; DeleteRoomsOfUnits for the units of a branch, in the
+    // order given.
     void DeleteRoomsOfOrg(std::int32_t Organization_ID);
+    void DeleteRoomsOfUnits(const std::vector<std::int32_t>& units);
     void MoveOutOfRoom(std::int32_t Room_ID);
     // The resources of one owner go, each with its last link.
     void RemoveOwnerResources(std::int32_t Owner_ID, std::int32_t OwnerType);
@@ -104,8 +110,6 @@ private:
     bool DeleteJobCascade(std::int32_t job);
     // The employee row on which `rs` stands, with its resources.
     bool DeleteCurrentEmployee(dao::Recordset& rs);
-    // Everything of one unit but its subordinate units and its own row.
-    void DeleteUnitContents(std::int32_t Organization_ID);
     // Deletes the rows below `Room_ID`; the identities deleted are added to
     // `gone`.
     void DeleteRoomsBelow(std::int32_t Room_ID, std::unordered_set<std::int32_t>& gone);
@@ -114,8 +118,8 @@ private:
 };
 
 // Called before each row a deletion removes (units, job titles, employees,
-// rooms), so that tests can make a deletion fail midway. Returns the hook
-// that was set.
+// rooms), so that tests can make a deletion fail midway; a statement that
+// deletes many rows calls it once for each. Returns the hook that was set.
 using DeletionFaultHook = std::function<void()>;
 DeletionFaultHook SetDeletionFaultHook(DeletionFaultHook hook);
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <span>
 
 #include "hostservices/lng_text.h"
 #include "hostservices/message_wrappers.h"
@@ -266,13 +267,19 @@ void dbPhoto::LoadPersonPhoto(std::int32_t Personal_ID, bool& Found) {
     const bool ownBook = !photoBook_.IsOpen();
     dao::Database db = ownBook ? on.Resume([] { return OpenBook(); }) : photoBook_;
     dao::Recordset rs;
-    if (db.IsOpen()) rs = on.Resume([&] { return db.OpenRecordset(SqlPersonPhotos(Personal_ID)); });
+    // Only read: a snapshot. A list in photo mode loads a photo for each row.
+    if (db.IsOpen())
+        rs = on.Resume([&] { return db.OpenRecordset(SqlPersonPhotos(Personal_ID), dao::dbOpenSnapshot); });
     if (!HasRow(rs, on)) {
         scaledPhoto_->BorderStyle = 1;
     } else {
         imaging::PictureLoader loader;
+        // The bytes are decoded where the value holds them, not copied first.
+        const Variant photo = on.Resume([&] { return rs("Photo"); });
+        std::span<const std::uint8_t> bytes;
+        if (photo.kind() == Variant::Kind::Bytes) bytes = photo.bytes();
         std::optional<imaging::Picture> pic =
-            loader.PictureFromBytes(PhotoBytes(rs, on), Pixels(scaledPhoto_->Width), Pixels(scaledPhoto_->Height));
+            loader.PictureFromBytes(bytes, Pixels(scaledPhoto_->Width), Pixels(scaledPhoto_->Height));
         Found = ShowScaled(pic ? std::make_shared<imaging::Picture>(std::move(*pic)) : nullptr);
     }
     if (rs) on.Do([&] { rs.Close(); });

@@ -8,8 +8,10 @@
 #include "personslist/persons_query.h"
 #include "platform/core/error.h"
 #include "platform/core/value_conv.h"
+#include "platform/dao/connection.h"
 #include "platform/ui/ui_host.h"
 #include "resources/resource_queries.h"
+#include "store/book_transaction.h"
 #include "store/library_state.h"
 #include "store/own_database.h"
 
@@ -140,18 +142,23 @@ bool DeleteOwnerResources(std::int32_t OwnerID, std::int32_t OwnerType, dao::Rec
     return true;
 }
 
-// Deletes the rows of `noted` to which no link is left, in one statement.
-// Each is asked for by itself: a lookup by one key is what the engine keeps
-// an index for.
+// Deletes the rows of `noted` to which no link is left: one statement for
+// each thousand rows, the links left looked up by key in the same
+// statement. A statement for each row would make removing an owner with
+// many resources (an organization's thousands) slow.
+// The links left are found by [Resource ID] with "In", which the engine
+// does not index by itself (it indexes a column a query compares with "=").
 static void DeleteUnlinkedResources(const dao::Database& db, const std::vector<std::int32_t>& noted) {
-    std::string unlinked;
-    for (std::int32_t id : noted) {
-        dao::Recordset left =
-            db.OpenRecordset("Select [Resource ID] From ResourcesOwners Where [Resource ID]=" + std::to_string(id) + ";");
-        if (left.IsEOF()) unlinked += (unlinked.empty() ? "" : ",") + std::to_string(id);
-        left.Close();
+    db.connection()->EnsureLookupIndex("ResourcesOwners", "Resource ID");
+    constexpr std::size_t kChunk = 1000;
+    for (std::size_t from = 0; from < noted.size(); from += kChunk) {
+        std::string ids;
+        for (std::size_t i = from; i < std::min(noted.size(), from + kChunk); ++i)
+            ids += (ids.empty() ? "" : ",") + std::to_string(noted[i]);
+        db.Execute("Delete From Resources Where [Resource ID] In (" + ids +
+                   ") And [Resource ID] Not In (Select [Resource ID] From ResourcesOwners Where [Resource ID] In (" +
+                   ids + "));");
     }
-    if (!unlinked.empty()) db.Execute("Delete From Resources Where [Resource ID] In (" + unlinked + ");");
 }
 
 bool DeletePersonResources(std::int32_t PersonalID) {
@@ -159,7 +166,14 @@ bool DeletePersonResources(std::int32_t PersonalID) {
     OnErrorResumeNext on("Module1.DeletePersonResources");
     OwnDatabase own(on);
     if (!own.IsOpen()) return false;
-    on.Do([&] { DeletePersonResourcesIn(own.db, PersonalID); });
+    // The links and the rows they leave unlinked go in one transaction, so
+    // the file is synced once, and a failure of either (passed over like any
+    // other here) leaves both tables as they were.
+    on.Do([&] {
+        BookTransaction together(own.db);
+        DeletePersonResourcesIn(own.db, PersonalID);
+        together.Commit();
+    });
     return true;
 }
 
@@ -192,6 +206,19 @@ bool DeleteOwnerResourcesIn(const dao::Database& db, std::int32_t OwnerID, std::
                " And [OwnerType]=" + std::to_string(OwnerType) + ";");
     DeleteUnlinkedResources(db, noted);
     return true;
+}
+
+void DeleteOwnersResourcesIn(const dao::Database& db, std::int32_t OwnerType, const std::string& OwnerIDs) {
+    const std::string links =
+        " From ResourcesOwners Where [OwnerType]=" + std::to_string(OwnerType) + " And [Owner ID] In (" + OwnerIDs + ");";
+    db.connection()->EnsureLookupIndex("ResourcesOwners", "Owner ID");
+    std::vector<std::int32_t> noted;
+    dao::Recordset rs = db.OpenRecordset("Select [Resource ID]" + links, dao::dbOpenSnapshot);
+    for (; !rs.IsEOF(); rs.MoveNext()) noted.push_back(ValueConv::ToLong(rs("Resource ID")));
+    rs.Close();
+    if (noted.empty()) return;
+    db.Execute("Delete" + links);
+    DeleteUnlinkedResources(db, noted);
 }
 
 bool OwnerHasResource(std::int32_t OwnerID, std::int32_t OwnerType, std::int32_t ResType) {

@@ -61,10 +61,17 @@ bool DeleteOwnerResources(std::int32_t OwnerID, std::int32_t OwnerType, dao::Rec
 // caller. False for OwnerID 0, true otherwise.
 bool DeleteOwnerResourcesIn(const dao::Database& db, std::int32_t OwnerID, std::int32_t OwnerType);
 
+// The same for every owner of type `OwnerType` whose identity is among
+// `OwnerIDs`, the text inside "In (...)": numbers separated by commas, or a
+// Select of one column. Their links go in one statement, whatever their
+// number, then the resources no other owner still links to.
+void DeleteOwnersResourcesIn(const dao::Database& db, std::int32_t OwnerType, const std::string& OwnerIDs);
+
 // Removes every link of a person, those with a Null [OwnerType] included,
 // and then each of their resources that no other owner still links to. A
-// resource the person shared with another owner stays. False for 0 or when
-// the book cannot be opened.
+// resource the person shared with another owner stays. The writes are one
+// transaction: a failure leaves every link and row as it was. False for 0
+// or when the book cannot be opened.
 bool DeletePersonResources(std::int32_t PersonalID);
 
 // DeletePersonResources for a caller that deletes the person in one

@@ -68,6 +68,32 @@ TEST_F(DeletionTest, UnitTakesItsWholeBranchAndLeavesPersonsSharedResourcesAndMe
     EXPECT_EQ(Messages(), 0);
 }
 
+TEST_F(DeletionTest, OrganizationsRoomLyingBelowARoomTakenBeforeItLosesItsPhones) {
+    // The walk takes the organization's rooms from the last to the first.
+    // Hall comes after Annex, so it goes first, and Annex (edited in below
+    // it) goes with it, phones and all; Hall keeps its phone, as the rooms
+    // of the organization do. Store (a subdivision's, below Annex) and Shed
+    // (Other's, below Hall) go the same way: what lies below a room goes
+    // with it, whoever's it is.
+    std::int32_t acme = Unit("Acme"), sales = Unit("Sales", acme), other = Unit("Other");
+    std::int32_t annex = Room(acme, "Annex"), hall = Room(acme, "Hall");
+    db_.Execute("Update Rooms Set [rParent ID]=" + N(hall) + " Where [Room ID]=" + N(annex));
+    std::int32_t store = Room(sales, "Store", annex), shed = Room(other, "Shed", hall);
+    std::int32_t ann = Person("Ann");
+    std::int32_t guard = Employee(Job(other, "Guard"), ann, shed);
+    std::int32_t hallPhone = Resource("1", {{hall, oRoom_ID}});
+    Resource("2", {{annex, oRoom_ID}});
+    Resource("3", {{store, oRoom_ID}});
+    Resource("4", {{shed, oRoom_ID}});
+
+    EXPECT_TRUE(dbZelvo().DeleteOrg(acme));
+    EXPECT_EQ(Count("Select * From Rooms"), 0);
+    EXPECT_EQ(Links(), std::vector<std::string>{L(hallPhone, hall, 16)});
+    EXPECT_EQ(Ids("Select * From Resources", "Resource ID"), std::vector<std::int32_t>{hallPhone});
+    EXPECT_EQ(RoomOf(guard), 0);
+    EXPECT_EQ(Ids("Select * From Organizations", "Organization ID"), std::vector<std::int32_t>{other});
+}
+
 TEST_F(DeletionTest, SubdivisionTakesOnlyItsOwnBranch) {
     std::int32_t acme = Unit("Acme");
     std::int32_t sales = Unit("Sales", acme), east = Unit("East", sales), hr = Unit("HR", acme);
