@@ -230,11 +230,18 @@ void ListView::Sort() {
         const auto& subs = item.SubItemsRaw();
         return static_cast<size_t>(sortKey_) <= subs.size() ? subs[sortKey_ - 1] : empty;
     };
-    bool descending = sortOrder_ == lvwDescending;
-    std::stable_sort(items_.items_.begin(), items_.items_.end(), [&](const auto& a, const auto& b) {
-        int c = dao::jet::CompareText(keyOf(*a), keyOf(*b));
-        return descending ? c > 0 : c < 0;
-    });
+    // One collation key a row, then plain byte compares: a list of 100,000
+    // names takes 1.7 million comparisons, and each through the collator
+    // cost more than the whole fill.
+    auto& items = items_.items_;
+    std::vector<std::pair<std::string, std::unique_ptr<ListItem>>> keyed;
+    keyed.reserve(items.size());
+    for (auto& item : items) keyed.emplace_back(dao::jet::CollationKey(keyOf(*item)), std::move(item));
+    if (sortOrder_ == lvwDescending)
+        std::stable_sort(keyed.begin(), keyed.end(), [](const auto& a, const auto& b) { return b.first < a.first; });
+    else
+        std::stable_sort(keyed.begin(), keyed.end(), [](const auto& a, const auto& b) { return a.first < b.first; });
+    for (std::size_t i = 0; i < keyed.size(); ++i) items[i] = std::move(keyed[i].second);
     Notify({ListViewChange::Items});
 }
 

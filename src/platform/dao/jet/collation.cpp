@@ -16,6 +16,7 @@
 #include <vector>
 
 #include <unicode/ucol.h>
+#include <unicode/ustring.h>
 
 #include "platform/dao/jet/jet_sql.h"
 #include "platform/dao/jet/text_util.h"
@@ -46,6 +47,35 @@ public:
                                               static_cast<int32_t>(b.size()), &status);
         if (U_FAILURE(status)) return a.compare(b) < 0 ? -1 : (a == b ? 0 : 1);
         return r == UCOL_LESS ? -1 : (r == UCOL_EQUAL ? 0 : 1);
+    }
+
+    std::string Key(std::string_view text) const {
+        // The collator takes UTF-16; a bad UTF-8 sequence becomes U+FFFD, as
+        // the comparison of UTF-8 treats it.
+        UChar small[256];
+        std::vector<UChar> large;
+        UChar* u = small;
+        int32_t length = 0;
+        UErrorCode status = U_ZERO_ERROR;
+        u_strFromUTF8WithSub(small, 256, &length, text.data(), static_cast<int32_t>(text.size()), 0xFFFD, nullptr,
+                             &status);
+        if (status == U_BUFFER_OVERFLOW_ERROR) {
+            large.resize(static_cast<std::size_t>(length));
+            status = U_ZERO_ERROR;
+            u_strFromUTF8WithSub(large.data(), length, &length, text.data(), static_cast<int32_t>(text.size()),
+                                 0xFFFD, nullptr, &status);
+            u = large.data();
+        }
+        if (U_FAILURE(status)) return std::string(text);
+        std::string key(64, '\0');
+        int32_t size = ucol_getSortKey(collator_, u, length, reinterpret_cast<uint8_t*>(key.data()),
+                                       static_cast<int32_t>(key.size()));
+        if (size > static_cast<int32_t>(key.size())) {
+            key.resize(static_cast<std::size_t>(size));
+            size = ucol_getSortKey(collator_, u, length, reinterpret_cast<uint8_t*>(key.data()), size);
+        }
+        key.resize(size > 0 ? static_cast<std::size_t>(size - 1) : 0);  // without the closing zero byte
+        return key;
     }
 
 private:
@@ -94,6 +124,8 @@ const JetCollator& Collator() {
 }  // namespace
 
 int CompareText(std::string_view a, std::string_view b) { return Collator().Compare(a, b); }
+
+std::string CollationKey(std::string_view text) { return Collator().Key(text); }
 
 // The ICU path alone, for the test that holds the fast path to it.
 int CompareTextWithIcu(std::string_view a, std::string_view b) { return Collator().Icu(a, b); }
