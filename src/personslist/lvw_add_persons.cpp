@@ -35,8 +35,9 @@ struct PersonColumns {
     }
 
     // The full name when there is one; the parts are read only without it.
+    // (The value's own text is moved out, not copied.)
     std::string Text(const OnErrorResumeNext& on) const {
-        std::string full = ValueConv::ToText(Read(fullName, on));
+        std::string full = Read(fullName, on).AsText();
         if (!full.empty()) return full;
         std::string first = ValueConv::ToText(Read(firstName, on));
         std::string middle = ValueConv::ToText(Read(middleName, on));
