@@ -34,12 +34,14 @@ struct PersonColumns {
         return on.Resume([&] { return f.Value(); });
     }
 
+    // The full name when there is one; the parts are read only without it.
+    // (The value's own text is moved out, not copied.)
     std::string Text(const OnErrorResumeNext& on) const {
+        std::string full = Read(fullName, on).AsText();
+        if (!full.empty()) return full;
         std::string first = ValueConv::ToText(Read(firstName, on));
         std::string middle = ValueConv::ToText(Read(middleName, on));
         std::string sur = ValueConv::ToText(Read(surname, on));
-        std::string full = ValueConv::ToText(Read(fullName, on));
-        if (!full.empty()) return full;
         return first + " " + middle + " " + sur;
     }
 };

@@ -95,21 +95,21 @@ const FieldProps* TableSchema::Counter() const {
 
 // ------------------------------------------------------------ StatementLease
 
-StatementLease::StatementLease(std::shared_ptr<Connection> owner, std::string key,
+StatementLease::StatementLease(std::shared_ptr<Connection> owner, std::vector<sqlite3_stmt*>* idle,
                                sqlite3_stmt* stmt, std::uint64_t generation)
-    : owner_(std::move(owner)), key_(std::move(key)), stmt_(stmt), generation_(generation) {}
+    : owner_(std::move(owner)), idle_(idle), stmt_(stmt), generation_(generation) {}
 
 StatementLease::~StatementLease() { Release(); }
 
 StatementLease::StatementLease(StatementLease&& o) noexcept
-    : owner_(std::move(o.owner_)), key_(std::move(o.key_)), stmt_(std::exchange(o.stmt_, nullptr)),
+    : owner_(std::move(o.owner_)), idle_(std::exchange(o.idle_, nullptr)), stmt_(std::exchange(o.stmt_, nullptr)),
       generation_(o.generation_) {}
 
 StatementLease& StatementLease::operator=(StatementLease&& o) noexcept {
     if (this != &o) {
         Release();
         owner_ = std::move(o.owner_);
-        key_ = std::move(o.key_);
+        idle_ = std::exchange(o.idle_, nullptr);
         stmt_ = std::exchange(o.stmt_, nullptr);
         generation_ = o.generation_;
     }
@@ -119,7 +119,7 @@ StatementLease& StatementLease::operator=(StatementLease&& o) noexcept {
 void StatementLease::Release() {
     if (!stmt_) return;
     if (owner_ && !owner_->closed()) {
-        owner_->ReturnStatement(key_, stmt_, generation_);
+        owner_->ReturnStatement(idle_, stmt_, generation_);
     } else {
         sqlite3_finalize(stmt_);
     }
@@ -515,7 +515,7 @@ Connection::Prepared Connection::Prepare(const jet::Shape& shape) {
                 sqlite3_stmt* stmt = nullptr;
                 if (sqlite3_prepare_v2(db_, translation->sql.c_str(), -1, &stmt, nullptr) != SQLITE_OK)
                     ThrowSqlite(sqlite3_extended_errcode(db_));
-                p.statement = StatementLease(shared_from_this(), std::string(), stmt, 0);
+                p.statement = StatementLease(shared_from_this(), nullptr, stmt, 0);
             }
             return p;
         }
@@ -531,7 +531,7 @@ Connection::Prepared Connection::Prepare(const jet::Shape& shape) {
                                   nullptr) != SQLITE_OK) {
         ThrowSqlite(sqlite3_extended_errcode(db_));
     }
-    p.statement = StatementLease(shared_from_this(), shape.key, stmt, generation_);
+    p.statement = StatementLease(shared_from_this(), &it->second.idle, stmt, generation_);
     return p;
 }
 
@@ -546,20 +546,21 @@ StatementLease Connection::PrepareRaw(const std::string& sql) {
     } else {
         if (sqlite3_prepare_v3(db_, sql.c_str(), -1, SQLITE_PREPARE_PERSISTENT, &stmt, nullptr) != SQLITE_OK)
             ThrowSqlite(sqlite3_extended_errcode(db_));
-        if (it == cache_.end()) cache_.emplace(key, CacheEntry{nullptr, {}});
+        if (it == cache_.end()) it = cache_.emplace(std::move(key), CacheEntry{nullptr, {}}).first;
     }
-    return StatementLease(shared_from_this(), std::move(key), stmt, generation_);
+    return StatementLease(shared_from_this(), &it->second.idle, stmt, generation_);
 }
 
-void Connection::ReturnStatement(const std::string& key, sqlite3_stmt* stmt, std::uint64_t generation) {
+void Connection::ReturnStatement(std::vector<sqlite3_stmt*>* idle, sqlite3_stmt* stmt, std::uint64_t generation) {
     sqlite3_reset(stmt);
     sqlite3_clear_bindings(stmt);
-    auto it = key.empty() || generation != generation_ ? cache_.end() : cache_.find(key);
-    if (it == cache_.end() || it->second.idle.size() >= 4) {
+    // A schema change empties the cache and moves the generation on: a
+    // lease from before it must not touch the entry it came from.
+    if (!idle || generation != generation_ || idle->size() >= 4) {
         sqlite3_finalize(stmt);
         return;
     }
-    it->second.idle.push_back(stmt);
+    idle->push_back(stmt);
 }
 
 void Connection::Bind(sqlite3_stmt* stmt, int index, const Variant& v) {
@@ -588,8 +589,12 @@ void Connection::BindLiterals(sqlite3_stmt* stmt, const std::vector<Variant>& li
 
 // ------------------------------------------------------------ record sets
 
-void Connection::Register(RecordsetImpl* rs) { recordsets_.insert(rs); }
-void Connection::Unregister(RecordsetImpl* rs) { recordsets_.erase(rs); }
+void Connection::Register(RecordsetImpl* rs) { recordsets_.push_back(rs); }
+void Connection::Unregister(RecordsetImpl* rs) {
+    // The set closed is most often the one opened last.
+    auto it = std::find(recordsets_.rbegin(), recordsets_.rend(), rs);
+    if (it != recordsets_.rend()) recordsets_.erase(std::next(it).base());
+}
 
 void Connection::BeforeWrite() {
     if (readOnly_) throw DaoError(kReadOnly);

@@ -69,7 +69,10 @@ std::string QuoteName(std::string_view name);
 class StatementLease {
 public:
     StatementLease() = default;
-    StatementLease(std::shared_ptr<class Connection> owner, std::string key, sqlite3_stmt* stmt,
+    // `idle`: the idle statements of the cache entry the statement goes back
+    // to (nullptr: finalized when the lease ends). The entry lives as long
+    // as `generation` is the connection's.
+    StatementLease(std::shared_ptr<class Connection> owner, std::vector<sqlite3_stmt*>* idle, sqlite3_stmt* stmt,
                    std::uint64_t generation);
     ~StatementLease();
     StatementLease(StatementLease&& other) noexcept;
@@ -83,7 +86,7 @@ public:
 
 private:
     std::shared_ptr<class Connection> owner_;
-    std::string key_;
+    std::vector<sqlite3_stmt*>* idle_ = nullptr;
     sqlite3_stmt* stmt_ = nullptr;
     std::uint64_t generation_ = 0;
 };
@@ -175,7 +178,7 @@ public:
     void KeepLayout(const jet::Translation* translation, std::shared_ptr<const RecordsetLayout> layout);
 
     // ---- statement-cache support for leases
-    void ReturnStatement(const std::string& key, sqlite3_stmt* stmt, std::uint64_t generation);
+    void ReturnStatement(std::vector<sqlite3_stmt*>* idle, sqlite3_stmt* stmt, std::uint64_t generation);
 
 private:
     Connection() = default;
@@ -209,7 +212,7 @@ private:
     std::unordered_map<const jet::Translation*, std::shared_ptr<const RecordsetLayout>> layouts_;
     sqlite3_stmt* schemaVersionStmt_ = nullptr;
 
-    std::set<RecordsetImpl*> recordsets_;
+    std::vector<RecordsetImpl*> recordsets_;  // open sets, in the order opened
     std::set<std::string> indexedColumns_;  // "table\ncolumn" already looked after
     std::map<std::string, std::uint64_t> smallTables_;  // "table\ncolumn" → data version when found small
     bool counterTableSeen_ = false;                     // SQLite's sqlite_sequence exists

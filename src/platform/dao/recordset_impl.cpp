@@ -77,7 +77,7 @@ std::shared_ptr<const RecordsetLayout> RecordsetImpl::MakeLayout(Connection& con
             }
         }
         c.updatable = writable && c.known && oc.source >= 0 && tr.sources[static_cast<size_t>(oc.source)].hasRowid;
-        layout->byName.emplace(FoldName(c.name), i);
+        c.firstOfName = layout->byName.emplace(FoldName(c.name), i).second;
         layout->cols.push_back(std::move(c));
     }
     for (int k = 0; k < static_cast<int>(tr.sources.size()); ++k)
@@ -244,17 +244,25 @@ void RecordsetImpl::CheckOpen() const {
 
 int RecordsetImpl::FieldIndex(std::string_view name) const {
     CheckOpen();
+    const auto& c = cols();
+    // The likely field first: a match on the first field of that name is
+    // the field a full search finds.
+    const size_t next = static_cast<size_t>(lastField_ + 1) < c.size() ? static_cast<size_t>(lastField_ + 1) : 0;
+    if (next < c.size() && c[next].firstOfName && c[next].asciiName && SameAsciiName(c[next].name, name)) {
+        lastField_ = static_cast<int>(next);
+        return lastField_;
+    }
     // Fields are read by name in every loop of the book's code: a plain
     // ASCII name is matched against the few field names directly,
     // without folding it into a new string first.
     if (jet::IsAscii(name)) {
-        const auto& c = cols();
         for (size_t i = 0; i < c.size(); ++i)
-            if (c[i].asciiName ? SameAsciiName(c[i].name, name) : SameName(c[i].name, name)) return static_cast<int>(i);
+            if (c[i].asciiName ? SameAsciiName(c[i].name, name) : SameName(c[i].name, name))
+                return lastField_ = static_cast<int>(i);
     }
     auto it = layout_->byName.find(FoldName(name));
     if (it == layout_->byName.end()) throw DaoError(kItemNotFound);
-    return it->second;
+    return lastField_ = it->second;
 }
 
 const RecordsetImpl::Row& RecordsetImpl::CurrentRow() {

@@ -30,6 +30,7 @@ namespace zelvo::dao::detail {
 struct RecordsetColumn {
     std::string name;
     bool asciiName = false;  // the name is plain ASCII (the common, fast case)
+    bool firstOfName = true; // no field before it has the same name
     int source = -1;       // translation source, -1 for an expression
     std::string table;     // base table of the column, "" when unknown
     std::string column;    // its name there
@@ -144,6 +145,10 @@ private:
 
     std::shared_ptr<const RecordsetLayout> layout_;
     const std::vector<Column>& cols() const { return layout_->cols; }
+    // The field found by the last lookup by name. Loops read a row's fields
+    // by name in the same order row after row, so the field after it is
+    // tried first, with one compare of the exact bytes.
+    mutable int lastField_ = -1;
 
     // Growing the list never moves the rows read so far (a vector would copy
     // a hundred thousand of them a few times over while a set is read).

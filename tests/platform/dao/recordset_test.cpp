@@ -2,6 +2,9 @@
 // walk from the last row to the first, finding, adding, editing, deleting.
 #include <gtest/gtest.h>
 
+#include <utility>
+#include <vector>
+
 #include "support/book_fixture.h"
 #include "dao_test_util.h"
 #include "support/temp_dir.h"
@@ -93,6 +96,27 @@ TEST_F(RecordsetTest, FieldsAreFoundByNameWithoutRegardToCase) {
     EXPECT_EQ(rs.Fields().Item("personal id").Name(), "Personal ID");
     EXPECT_EQ(ErrorOf([&] { rs("NoSuchField"); }), 3265);
     EXPECT_EQ(rs.Fields().Count(), 6);
+}
+
+// A loop reads a row's fields by name in the same order row after row;
+// whatever order and spelling the names come in, each name finds the first
+// field of that name, also where two fields share a name.
+TEST_F(RecordsetTest, FieldsReadByNameInAnyOrderFindTheFirstFieldOfThatName) {
+    Recordset rs = db.OpenRecordset(
+        "Select FirstName As Имя, SurName As имя, FirstName As A, FullName As a, FullName From PersonalData "
+        "Where [Personal ID]=1");
+    const std::vector<std::pair<const char*, const char*>> reads = {
+        {"Имя", "Иванов"}, {"имя", "Иванов"}, {"A", "Иванов"}, {"a", "Иванов"},
+        {"FULLNAME", "Иванов Иван"}, {"a", "Иванов"}, {"FullName", "Иванов Иван"}, {"ИМЯ", "Иванов"},
+    };
+    for (int pass = 0; pass < 2; ++pass)
+        for (const auto& [name, value] : reads) EXPECT_EQ(rs(name).AsText(), value) << name;
+    // A field found before the set is opened again on other fields.
+    Recordset other = db.OpenRecordset("Select SurName, FirstName From PersonalData Where [Personal ID]=1");
+    EXPECT_EQ(other("FirstName").AsText(), "Иванов");
+    EXPECT_EQ(other("SurName").AsText(), "Иванович");
+    EXPECT_EQ(other("FirstName").AsText(), "Иванов");
+    EXPECT_EQ(ErrorOf([&] { other("FullName"); }), 3265);
 }
 
 TEST_F(RecordsetTest, NullReadsAsNullAndTypesFollowTheColumns) {

@@ -15,6 +15,19 @@ namespace {
 
 bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 
+// The bytes that go into a shape's key as they stand, whatever comes
+// before them: all but what may start a literal or a bracketed name ("'#,
+// digits, '.'), '[' and the marks themselves. A digit inside a word goes
+// in as well; the caller sees to that.
+constexpr struct PlainBytes {
+    bool is[256] = {};
+    constexpr PlainBytes() {
+        for (int c = 0; c < 256; ++c)
+            is[c] = !(c == '"' || c == '\'' || c == '#' || c == '[' || c == '.' || (c >= '0' && c <= '9') ||
+                      c == kStringMark || c == kNumberMark);
+    }
+} kPlainBytes;
+
 // Reads a number starting at text[i]; returns its end and stores its value.
 std::size_t ReadNumber(std::string_view text, std::size_t i, Variant& value) {
     std::size_t start = i;
@@ -57,6 +70,17 @@ Shape Parameterize(std::string_view text) {
     const std::size_t n = text.size();
     while (i < n) {
         char c = text[i];
+        if (kPlainBytes.is[static_cast<unsigned char>(c)]) {
+            // Most of a statement is names, keywords, blanks and operators:
+            // copied in one piece, digits included where they continue a word.
+            std::size_t j = i + 1;
+            while (j < n && (kPlainBytes.is[static_cast<unsigned char>(text[j])] ||
+                             (IsDigit(text[j]) && IsWordByte(static_cast<unsigned char>(text[j - 1])))))
+                ++j;
+            shape.key.append(text.substr(i, j - i));
+            i = j;
+            continue;
+        }
         if (c == '"' || c == '\'' || c == '#') {
             // A string literal; the delimiter doubled stands for itself. A
             // #date# literal is kept as its text.

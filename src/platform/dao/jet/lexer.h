@@ -48,9 +48,17 @@ private:
 
 // True when `c` may continue a bare word (letters, digits, '_', '$', and every
 // byte of a non-ASCII UTF-8 character, so that Cyrillic names need no brackets).
-inline bool IsWordByte(unsigned char c) {
-    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_' ||
-           c == '$' || c >= 0x80;
-}
+// A table, not a chain of compares: every byte of every statement text
+// passes through here once per execution.
+inline constexpr struct WordBytes {
+    bool is[256] = {};
+    constexpr WordBytes() {
+        for (int c = 0; c < 256; ++c)
+            is[c] = (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_' ||
+                    c == '$' || c >= 0x80;
+    }
+} kWordBytes;
+
+inline bool IsWordByte(unsigned char c) { return kWordBytes.is[c]; }
 
 }  // namespace zelvo::dao::jet

@@ -57,6 +57,19 @@ TEST(Parameterize, LiftsEachLiteralWithItsKind) {
     EXPECT_EQ(s.literals[5], Variant("1/2/2000"));
 }
 
+// The key keeps the text as written, but for the literals: a digit inside
+// a word (Latin or Cyrillic) is part of the name, a digit after a blank, an
+// operator or a qualifier's dot starts a number.
+TEST(Parameterize, DigitsInsideWordsStayInTheKey) {
+    Shape s = Parameterize("Select Имя2, a$1, [T 3].x4 From T1 Where x=5 And y>.5 And t.6 And [z]7");
+    EXPECT_EQ(s.key, "Select Имя2, a$1, [T 3].x4 From T1 Where x=\x02 And y>\x02 And t.\x02 And [z]\x02");
+    ASSERT_EQ(s.literals.size(), 4u);
+    EXPECT_EQ(s.literals[0], Variant(std::int64_t{5}));
+    EXPECT_EQ(s.literals[1], Variant(0.5));
+    EXPECT_EQ(s.literals[2], Variant(std::int64_t{6}));
+    EXPECT_EQ(s.literals[3], Variant(std::int64_t{7}));
+}
+
 TEST(Parameterize, UnterminatedLiteralOrBracketIs3075) {
     for (const char* text : {"x=\"abc", "x='abc", "[Personal ID=1", "x=#1/2"})
         EXPECT_EQ(ErrorOf([&] { Parameterize(text); }), 3075) << text;
