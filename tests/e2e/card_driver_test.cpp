@@ -3,50 +3,16 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <fstream>
-#include <sstream>
 
 #include "platform/core/value_conv.h"
-#include "store/library_state.h"
-#include "support/book_fixture.h"
 #include "support/json_check.h"
-#include "support/run_program.h"
-#include "support/temp_dir.h"
+#include "support/ui_script_fixture.h"
 
 namespace zelvo::testing {
 namespace {
 
-std::vector<std::string> Lines(const std::string& text) {
-    std::vector<std::string> lines;
-    std::stringstream ss(text);
-    for (std::string l; std::getline(ss, l);) lines.push_back(l);
-    return lines;
-}
-
-bool Has(const std::string& text, const std::string& what) { return text.find(what) != std::string::npos; }
-
-class CardDriverTest : public ::testing::Test {
+class CardDriverTest : public UiScriptTest {
 protected:
-    // The sample book: 1 "Иванов Иван" in "A" and "A\B", 2 "Smith" in
-    // "AB", 3 Nobody No Name in no project, 4 "Archive Person".
-    void SetUp() override {
-        std::filesystem::create_directories(App());
-        std::string saved = AppPath;
-        AppPath = App();
-        dao::Database db = CreateSampleBook(DatabasePath());
-        db.Close();
-        AppPath = saved;
-    }
-
-    std::string App() const { return dir_.File("app"); }
-
-    Outcome Ui(const std::string& script, std::vector<std::string> args) {
-        std::ofstream(dir_.File("script.txt")) << script;
-        std::vector<std::string> all = {"ui", "--app-path", App(), "--script", dir_.File("script.txt")};
-        all.insert(all.end(), args.begin(), args.end());
-        return RunProgram(std::string(ZELVO_BIN_DIR) + "/zelvo", all, dir_.File("stderr.txt"));
-    }
-
     // "FirstName/MiddleName/Surname/FullName" of a person, read from the file.
     std::string Stored(int id) {
         dao::Database db = DBEngine().OpenDatabase(App() + "/AddressBookW.mdb", false, true, "Access");
@@ -58,8 +24,6 @@ protected:
         db.Close();
         return s;
     }
-
-    TempDir dir_;
 };
 
 TEST_F(CardDriverTest, ATypedLastNameIsInTheBookBeforeTheCardCloses) {

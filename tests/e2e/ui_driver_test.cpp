@@ -4,57 +4,20 @@
 
 #include <filesystem>
 #include <fstream>
-#include <sstream>
 
-#include "store/library_state.h"
-#include "support/book_fixture.h"
 #include "support/json_check.h"
-#include "support/run_program.h"
-#include "support/temp_dir.h"
+#include "support/ui_script_fixture.h"
 
 namespace zelvo::testing {
 namespace {
 
-std::vector<std::string> Lines(const std::string& text) {
-    std::vector<std::string> lines;
-    std::stringstream ss(text);
-    for (std::string l; std::getline(ss, l);) lines.push_back(l);
-    return lines;
-}
-
-bool Has(const std::string& text, const std::string& what) { return text.find(what) != std::string::npos; }
-
-class UiDriverTest : public ::testing::Test {
+class UiDriverTest : public UiScriptTest {
 protected:
-    // The sample book: 1 "Иванов Иван" in "A" and "A\B", 2 "Smith" in
-    // "AB", 3 with no project, 4 "Archive Person" archived in "Old".
     void SetUp() override {
-        std::filesystem::create_directories(App());
-        std::string saved = AppPath;
-        AppPath = App();
-        dao::Database db = CreateSampleBook(DatabasePath());
-        db.Close();
-        AppPath = saved;
+        UiScriptTest::SetUp();
         // The folders of the projects, the archived one among them.
         for (const char* folder : {"/A/B", "/AB", "/.archive/Old"}) std::filesystem::create_directories(App() + folder);
     }
-
-    std::string App() const { return dir_.File("app"); }
-
-    Outcome Ui(const std::string& script, std::vector<std::string> args) {
-        std::ofstream(dir_.File("script.txt")) << script;
-        std::vector<std::string> all = {"ui", "--app-path", App(), "--script", dir_.File("script.txt")};
-        all.insert(all.end(), args.begin(), args.end());
-        return RunProgram(std::string(ZELVO_BIN_DIR) + "/zelvo", all, dir_.File("stderr.txt"));
-    }
-
-    void Sql(const std::string& statement) {
-        Outcome r = RunProgram(std::string(ZELVO_BIN_DIR) + "/zelvo",
-                               {"sql", "--db", App() + "/AddressBookW.mdb", statement}, dir_.File("stderr.txt"));
-        ASSERT_EQ(r.status, 0) << r.err;
-    }
-
-    TempDir dir_;
 };
 
 TEST_F(UiDriverTest, APersonWalksTheFiltersAndTheSidesAndEndsWithOK) {
