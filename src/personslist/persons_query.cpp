@@ -1,5 +1,11 @@
 #include "personslist/persons_query.h"
 
+#include <sys/stat.h>
+
+#include <map>
+#include <mutex>
+#include <utility>
+
 #include "platform/core/value_conv.h"
 #include "store/library_state.h"
 
@@ -25,14 +31,66 @@ std::string TableColumnList(const std::string& Table, const dao::Database& db) {
     return list + " ";
 }
 
+namespace {
+
+// What the book's files look like now: the file and its write-ahead log,
+// each by identity, size and time of change. Every commit, by this process
+// or another, changes the log, so an equal stamp means an unchanged book.
+struct BookStamp {
+    struct File {
+        bool exists = false;
+        dev_t device = 0;
+        ino_t inode = 0;
+        off_t size = 0;
+        long long changedNs = 0;
+        bool operator==(const File&) const = default;
+    };
+    File book, log;
+    bool operator==(const BookStamp&) const = default;
+};
+
+BookStamp::File StampOf(const std::string& path) {
+    struct stat st {};
+    if (stat(path.c_str(), &st) != 0) return {};
+    return {true, st.st_dev, st.st_ino, st.st_size, st.st_mtim.tv_sec * 1000000000LL + st.st_mtim.tv_nsec};
+}
+
+}  // namespace
+
 std::string TableColumnList(const std::string& Table, const std::string& DatabaseName) {
+    // Reading the list opens the whole book, and the card and the summary
+    // ask for lists a dozen times while they load: a list read is kept
+    // while the book's files are unchanged.
+    struct Kept {
+        BookStamp stamp;
+        std::string list;
+    };
+    static std::mutex guard;
+    static std::map<std::pair<std::string, std::string>, Kept> kept;
+    const BookStamp stamp{StampOf(DatabaseName), StampOf(DatabaseName + "-wal")};
+    const auto key = std::make_pair(DatabaseName, Table);
+    if (stamp.book.exists) {
+        std::lock_guard lock(guard);
+        if (auto it = kept.find(key); it != kept.end() && it->second.stamp == stamp) return it->second.list;
+    }
+
     dao::Database db = DBEngine().OpenDatabase(DatabaseName, false, false, "Access");
-    // The database closes however the reading ends.
-    struct Closer {
-        dao::Database& db;
-        ~Closer() { db.Close(); }
-    } closer{db};
-    return TableColumnList(Table, db);
+    std::string list;
+    {
+        // The database closes however the reading ends.
+        struct Closer {
+            dao::Database& db;
+            ~Closer() { db.Close(); }
+        } closer{db};
+        list = TableColumnList(Table, db);
+    }
+    // Opening may have changed the files (a log made, a checkpoint at
+    // close): the stamp kept is the one after.
+    if (stamp.book.exists) {
+        std::lock_guard lock(guard);
+        kept[key] = {BookStamp{StampOf(DatabaseName), StampOf(DatabaseName + "-wal")}, list};
+    }
+    return list;
 }
 
 std::string GetAllPersonsQuery(bool InsArcPrj) {

@@ -57,6 +57,10 @@ TEST_F(PersonsQueryTest, ColumnListFollowsTheTableAsItIsNow) {
     EXPECT_EQ(TableColumnList("PersonalData", DatabasePath()),
               "[PersonalData].[FirstName], [PersonalData].[MiddleName], [PersonalData].[SurName], "
               "[PersonalData].[FullName], [PersonalData].[Comments], [PersonalData].[Personal ID] ");
+    // Read once before the change, so that a list kept from then would show.
+    EXPECT_EQ(TableColumnList("Resources", DatabasePath()),
+              "[Resources].[ResourceString], [Resources].[ResourceType], [Resources].[ResourceSubType], "
+              "[Resources].[Resource ID] ");
     db_.Execute("Alter Table Resources Add Column Note Text(20)");
     EXPECT_EQ(TableColumnList("Resources", DatabasePath()),
               "[Resources].[ResourceString], [Resources].[ResourceType], [Resources].[ResourceSubType], "
