@@ -2,6 +2,8 @@
 
 #include <sys/stat.h>
 
+#include <array>
+#include <fstream>
 #include <map>
 #include <mutex>
 #include <utility>
@@ -34,8 +36,9 @@ std::string TableColumnList(const std::string& Table, const dao::Database& db) {
 namespace {
 
 // What the book's files look like now: the file and its write-ahead log,
-// each by identity, size and time of change. Every commit, by this process
-// or another, changes the log, so an equal stamp means an unchanged book.
+// each by identity, size and time of change, and the log's header. Every
+// commit, by this process or another, grows the log or starts it anew with
+// new salts in its header, so an equal stamp means an unchanged book.
 struct BookStamp {
     struct File {
         bool exists = false;
@@ -46,6 +49,7 @@ struct BookStamp {
         bool operator==(const File&) const = default;
     };
     File book, log;
+    std::array<char, 32> logHeader{};
     bool operator==(const BookStamp&) const = default;
 };
 
@@ -53,6 +57,12 @@ BookStamp::File StampOf(const std::string& path) {
     struct stat st {};
     if (stat(path.c_str(), &st) != 0) return {};
     return {true, st.st_dev, st.st_ino, st.st_size, st.st_mtim.tv_sec * 1000000000LL + st.st_mtim.tv_nsec};
+}
+
+BookStamp StampOfBook(const std::string& path) {
+    BookStamp stamp{StampOf(path), StampOf(path + "-wal")};
+    if (stamp.log.exists) std::ifstream(path + "-wal", std::ios::binary).read(stamp.logHeader.data(), 32);
+    return stamp;
 }
 
 }  // namespace
@@ -67,7 +77,7 @@ std::string TableColumnList(const std::string& Table, const std::string& Databas
     };
     static std::mutex guard;
     static std::map<std::pair<std::string, std::string>, Kept> kept;
-    const BookStamp stamp{StampOf(DatabaseName), StampOf(DatabaseName + "-wal")};
+    const BookStamp stamp = StampOfBook(DatabaseName);
     const auto key = std::make_pair(DatabaseName, Table);
     if (stamp.book.exists) {
         std::lock_guard lock(guard);
@@ -88,7 +98,7 @@ std::string TableColumnList(const std::string& Table, const std::string& Databas
     // close): the stamp kept is the one after.
     if (stamp.book.exists) {
         std::lock_guard lock(guard);
-        kept[key] = {BookStamp{StampOf(DatabaseName), StampOf(DatabaseName + "-wal")}, list};
+        kept[key] = {StampOfBook(DatabaseName), list};
     }
     return list;
 }
