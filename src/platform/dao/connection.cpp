@@ -239,6 +239,10 @@ void Connection::Configure() {
     // the last commits, never leave the book damaged. Waiting for the disk
     // at each commit cost 20 ms a keystroke here.
     sqlite3_exec(db_, "PRAGMA synchronous = NORMAL", nullptr, nullptr, nullptr);
+    // A Select Distinct or an Order By over the whole book builds a table of
+    // its own; kept in memory it is not written to a temporary file and
+    // read back (the kernel's copies showed in the profile of the list).
+    sqlite3_exec(db_, "PRAGMA temp_store = MEMORY", nullptr, nullptr, nullptr);
     if (jet::RegisterJetRuntime(db_) != SQLITE_OK) throw Error(3000, "Cannot register the Jet runtime.");
 }
 
