@@ -1,9 +1,14 @@
 #include "platform/dao/jet_file/jet_file_reader.h"
 
+#include <signal.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
 #include <cstdlib>
 #include <cstring>
 #include <fstream>
 #include <iterator>
+#include <set>
 
 #include "platform/core/error.h"
 #include "platform/dao/dao_error.h"
@@ -68,6 +73,40 @@ JetFileReader JetFileReader::Open(const std::string& path) {
 bool CanReadJetFiles() { return true; }
 
 namespace {
+
+// libmdb reads the properties of every catalog entry as it reads the
+// catalog, and on some damage (a property record of length 0) it loops for
+// ever, allocating as it goes or not. That cannot be stopped from outside
+// once it runs, so the catalog of a file is first read in a child process
+// that is watched: it is ended when it takes more than 256 MB or 5 seconds,
+// and the file is then refused. A catalog the child reads is read again
+// here, the same way, with the same result.
+bool CatalogReadsInAWatchedChild(std::string& bytes) {
+    pid_t child = fork();
+    if (child < 0) return true;  // no child to spare: read it here as before
+    if (child == 0) {
+        MdbHandle* mdb = mdb_open_buffer(bytes.data(), bytes.size(), MDB_NOFLAGS);
+        _exit(mdb && mdb_read_catalog(mdb, MDB_TABLE) ? 0 : 1);
+    }
+    constexpr long kMaxResidentKb = 256 * 1024;
+    constexpr int kMaxPolls = 25000;  // of 0.2 ms
+    const std::string statm = "/proc/" + std::to_string(child) + "/statm";
+    const long pageKb = sysconf(_SC_PAGESIZE) / 1024;
+    int status = 0;
+    for (int poll = 0;; ++poll) {
+        pid_t done = waitpid(child, &status, WNOHANG);
+        if (done == child) return WIFEXITED(status) && WEXITSTATUS(status) == 0;
+        if (done < 0) return true;
+        long size = 0, resident = 0;
+        std::ifstream(statm) >> size >> resident;
+        if (resident * pageKb > kMaxResidentKb || poll >= kMaxPolls) {
+            kill(child, SIGKILL);
+            waitpid(child, &status, 0);
+            return false;
+        }
+        usleep(200);
+    }
+}
 
 // Large enough for the longest memo (65,535 characters, in UTF-8); libmdb
 // cuts a value at the size of its buffer.
@@ -151,7 +190,20 @@ JetFileReader JetFileReader::FromBytes(std::string bytes, const std::string& nam
     if (!s->mdb) throw NotReadable(name, "libmdb cannot open it");
     mdb_set_bind_size(s->mdb, kBindSize);
     mdb_set_boolean_fmt_numbers(s->mdb);
-    if (!mdb_read_catalog(s->mdb, MDB_TABLE)) throw NotReadable(name, "its catalog of tables is damaged");
+    if (!CatalogReadsInAWatchedChild(s->bytes) || !mdb_read_catalog(s->mdb, MDB_TABLE))
+        throw NotReadable(name, "its catalog of tables is damaged");
+    // Each table's definition starts on a page of its own. A damaged catalog
+    // can name thousands of tables, or one page many times, and libmdb keeps
+    // a large buffer for every definition it reads: such a catalog is
+    // refused before any is read.
+    const size_t pages = s->bytes.size() / page;
+    std::set<unsigned long> tablePages;
+    for (unsigned i = 0; i < s->mdb->num_catalog; ++i) {
+        auto* entry = static_cast<MdbCatalogEntry*>(g_ptr_array_index(s->mdb->catalog, i));
+        if (entry->object_type != MDB_TABLE) continue;
+        if (entry->table_pg >= pages || !tablePages.insert(entry->table_pg).second)
+            throw NotReadable(name, "its catalog of tables is damaged");
+    }
     for (unsigned i = 0; i < s->mdb->num_catalog; ++i) {
         auto* entry = static_cast<MdbCatalogEntry*>(g_ptr_array_index(s->mdb->catalog, i));
         if (entry->object_type != MDB_TABLE || mdb_is_system_table(entry)) continue;
