@@ -24,6 +24,25 @@ protected:
     Database db;
 };
 
+// A Select Distinct whose join field stands late in its list is made
+// distinct on that field first (it is quicker to compare): the rows, their
+// fields, names, types and order are those of the list as written.
+TEST_F(Joins, DistinctOverAJoinKeepsItsListWhicheverFieldItComparesFirst) {
+    Recordset rs = db.OpenRecordset(
+        "Select Distinct PersonalData.FullName, PersonalData.[Personal ID], Projects.[Owner ID], Projects.InsArcPrj "
+        "From PersonalData, Projects Where Projects.InsArcPrj=False And Projects.[Owner ID]=PersonalData.[Personal ID]");
+    EXPECT_EQ(FieldNames(rs), "FullName,Personal ID,Owner ID,InsArcPrj");
+    EXPECT_EQ(rs.Fields().Item("Personal ID").Type(), dao::dbLong);
+    EXPECT_EQ(rs.Fields().Item("FullName").Type(), dao::dbText);
+    EXPECT_EQ(rs.Fields().Item("InsArcPrj").Type(), dao::dbBoolean);
+    // Person 1 is in two live projects, and stands once.
+    EXPECT_EQ(Column(rs, "Personal ID"), "1,2");
+    rs.MoveFirst();
+    EXPECT_EQ(rs("FullName").AsText(), "Иванов Иван");
+    EXPECT_EQ(rs("InsArcPrj"), Variant(false));
+    EXPECT_EQ(ErrorOf([&] { rs.Edit(); }), 3027);
+}
+
 TEST_F(Joins, FieldsAreQualifiedOnlyWhereTheBareNameIsAmbiguous) {
     Recordset rs = db.OpenRecordset(
         "Select * From PersonalData, Employees Where PersonalData.[Personal ID]=Employees.[Personal ID]");
