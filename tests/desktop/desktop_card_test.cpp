@@ -13,6 +13,7 @@
 #include <filesystem>
 #include <functional>
 
+#include "offscreen_app.h"
 #include "platform/core/value_conv.h"
 #include "platform/ui/form.h"
 #include "qt_ui_host.h"
@@ -21,38 +22,8 @@
 #include "support/temp_dir.h"
 #include "zelvo/addressbook.h"
 
-// Fontconfig keeps a cache for the life of the process that it never frees;
-// the leak checker of the sanitized build would count it against the tests.
-extern "C" __attribute__((visibility("default"))) const char* __lsan_default_suppressions() {
-    return "leak:libfontconfig.so\n";
-}
-
 namespace zelvo::testing {
 namespace {
-
-QApplication& App() {
-    static int argc = 1;
-    static char name[] = "desktop_card_tests";
-    static char* argv[] = {name, nullptr};
-    static QApplication* app = [] {
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-        return new QApplication(argc, argv);
-    }();
-    return *app;
-}
-
-// How many pixels of `rect` differ from the colour at its right end: text
-// drawn there makes many, an empty box few.
-int InkIn(const QImage& image, const QRect& rect) {
-    QRect r = rect.intersected(image.rect());
-    if (r.isEmpty()) return 0;
-    QRgb background = image.pixel(r.right() - 3, r.top() + r.height() / 2);
-    int ink = 0;
-    for (int y = r.top(); y <= r.bottom(); ++y)
-        for (int x = r.left(); x <= r.right(); ++x)
-            if (image.pixel(x, y) != background) ++ink;
-    return ink;
-}
 
 // The person presses keys in `widget`.
 void TypeKeys(QWidget* widget, const QString& text) {
@@ -122,7 +93,7 @@ TEST_F(DesktopCardTest, TheCardShowsThePersonTakesTypingAndIsDrawn) {
         std::string file = std::string(ZELVO_TEST_OUTPUT) + "/person_card.png";
         EXPECT_TRUE(shot.save(QString::fromStdString(file), "PNG")) << file;
         QRect names(family->mapTo(&window, QPoint(0, 0)), family->size());
-        EXPECT_GT(InkIn(shot, names), 30) << "no name drawn in txtFamily of " << file;
+        EXPECT_GT(InkIn(shot, names, 3), 30) << "no name drawn in txtFamily of " << file;
 
         // Typing reaches the book at once; the display name stays.
         family->setFocus();

@@ -13,6 +13,7 @@
 #include <filesystem>
 #include <functional>
 
+#include "offscreen_app.h"
 #include "personswindow/frm_persons.h"
 #include "platform/dao/dbengine.h"
 #include "qt_ui_host.h"
@@ -21,40 +22,8 @@
 #include "support/run_program.h"
 #include "support/temp_dir.h"
 
-// Fontconfig keeps a cache for the life of the process that it never frees;
-// the leak checker of the sanitized build would count it against the tests.
-// The hook must be visible: the tree builds with hidden symbols by default.
-extern "C" __attribute__((visibility("default"))) const char* __lsan_default_suppressions() {
-    return "leak:libfontconfig.so\n";
-}
-
 namespace zelvo::testing {
 namespace {
-
-// One application for the whole program, on the offscreen platform.
-QApplication& App() {
-    static int argc = 1;
-    static char name[] = "desktop_tests";
-    static char* argv[] = {name, nullptr};
-    static QApplication* app = [] {
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-        return new QApplication(argc, argv);
-    }();
-    return *app;
-}
-
-// How many pixels of `rect` differ from its first pixel: text drawn there
-// makes many, an empty row none.
-int InkIn(const QImage& image, const QRect& rect) {
-    QRect r = rect.intersected(image.rect());
-    if (r.isEmpty()) return 0;
-    QRgb background = image.pixel(r.right() - 1, r.top() + r.height() / 2);
-    int ink = 0;
-    for (int y = r.top(); y <= r.bottom(); ++y)
-        for (int x = r.left(); x <= r.right(); ++x)
-            if (image.pixel(x, y) != background) ++ink;
-    return ink;
-}
 
 QAction* ToolbarAction(QWidget& window, const char* bar, const char* key) {
     auto* tb = window.findChild<QToolBar*>(bar);
