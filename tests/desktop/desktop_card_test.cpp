@@ -33,25 +33,8 @@ void TypeKeys(QWidget* widget, const QString& text) {
     }
 }
 
-class DesktopCardTest : public ::testing::Test {
+class DesktopCardTest : public DesktopTest {
 protected:
-    void SetUp() override {
-        App();
-        saved_ = AppPath;
-        AppPath = dir_.path().string();
-        CreateSampleBook(DatabasePath()).Close();
-        previous_ = ui::SetUiHost(&host_);
-    }
-    void TearDown() override {
-        ui::SetUiHost(previous_);
-        AppPath = saved_;
-    }
-    void Drive(std::function<void(ui::Form&, QWidget&)> body) {
-        host_.onWindowShown = [body](ui::Form& form, QWidget& window) {
-            body(form, window);
-            if (form.Visible()) form.Unload();
-        };
-    }
     std::string Stored(int id, const char* column) {
         dao::Database db = DBEngine().OpenDatabase(DatabasePath(), false, true, "Access");
         auto rs = db.OpenRecordset("Select * From PersonalData Where [Personal ID]=" + std::to_string(id));
@@ -60,11 +43,6 @@ protected:
         db.Close();
         return value;
     }
-
-    TempDir dir_;
-    std::string saved_;
-    desktop::QtUiHost host_;
-    ui::UiHost* previous_ = nullptr;
 };
 
 TEST_F(DesktopCardTest, TheCardShowsThePersonTakesTypingAndIsDrawn) {

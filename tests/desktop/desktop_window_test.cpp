@@ -33,37 +33,14 @@ QAction* ToolbarAction(QWidget& window, const char* bar, const char* key) {
     return nullptr;
 }
 
-class DesktopWindowTest : public ::testing::Test {
+class DesktopWindowTest : public DesktopTest {
 protected:
     // The sample book: 1 "Иванов Иван" in "A" and "A\B", 2 "Smith" in
     // "AB", 3 with no name and no project, 4 "Archive Person" archived.
     void SetUp() override {
-        App();
-        saved_ = AppPath;
-        AppPath = dir_.path().string();
-        CreateSampleBook(DatabasePath()).Close();
+        DesktopTest::SetUp();
         std::filesystem::create_directories(dir_.path() / ".archive" / "Old");
-        previous_ = ui::SetUiHost(&host_);
     }
-    void TearDown() override {
-        ui::SetUiHost(previous_);
-        AppPath = saved_;
-    }
-
-    // What the person does in the next window. A window the body leaves
-    // open (a failed assertion returns early) is closed, so a test never
-    // waits for a person who is not there.
-    void Drive(std::function<void(ui::Form&, QWidget&)> body) {
-        host_.onWindowShown = [body](ui::Form& form, QWidget& window) {
-            body(form, window);
-            if (form.Visible()) form.Unload();
-        };
-    }
-
-    TempDir dir_;
-    std::string saved_;
-    desktop::QtUiHost host_;
-    ui::UiHost* previous_ = nullptr;
 };
 
 TEST_F(DesktopWindowTest, TheWindowShowsItsRowsAndAToolbarKeyChangesThem) {

@@ -2,34 +2,18 @@
 // person, and the commands of the toolbars, the popup menu and the keys.
 #include <filesystem>
 
-#include "personslist/persons_book.h"
 #include "personswindow/frm_persons.h"
 #include "personswindow/person_summary.h"
 #include "platform/imaging/encode_png.h"
 #include "platform/ui/scripted_host.h"
+#include "window_fixture.h"
 #include "zelvo/enums.h"
 
 namespace zelvo::testing {
 namespace {
 
-std::string Texts(const ui::ListView& lv) {
-    std::string s;
-    for (int i = 1; i <= lv.ListItems().Count(); ++i) s += (i > 1 ? "|" : "") + lv.ListItems().Item(i).Text();
-    return s;
-}
-
-class FrmPersonsCommandsTest : public PersonsBookTest {
+class FrmPersonsCommandsTest : public PersonsWindowTest {
 protected:
-    void SetUp() override {
-        PersonsBookTest::SetUp();
-        ShellPaths().SetCurrentFolder({});
-        std::filesystem::create_directories(ShellPaths().GetArchiveFolder() + "Old");
-    }
-    void TearDown() override {
-        ShellPaths().SetCurrentFolder({});
-        PersonsBookTest::TearDown();
-    }
-
     // The first column of every row of `sql`.
     std::vector<int> Column0(const std::string& sql) {
         std::vector<int> v;
@@ -132,11 +116,11 @@ TEST_F(FrmPersonsCommandsTest, TheSummaryShowsEveryKindOfDataWithTheFirstJobOnly
     EXPECT_EQ(f.txtJob.Text(), "Acme, Sales, Manager");
     // The employee's phone; the second job's title phone is not shown.
     EXPECT_EQ(f.txtOrgPhone.Text(), "+7 495 111-11-11");
-    EXPECT_EQ(Texts(f.lvwEmail), "ivan@example.org|ivanov@work.example|sales@acme.example");
+    EXPECT_EQ(RowTexts(f.lvwEmail, "|"), "ivan@example.org|ivanov@work.example|sales@acme.example");
     EXPECT_EQ(f.lvwEmail.ListItems().Item(1).Icon(), Variant("Email"));
-    EXPECT_EQ(Texts(f.lvwWeb), "ivan.example.org");
+    EXPECT_EQ(RowTexts(f.lvwWeb, "|"), "ivan.example.org");
     EXPECT_EQ(f.lvwWeb.ListItems().Item(1).Icon(), Variant("IE"));
-    EXPECT_EQ(Texts(f.lvwPrj), "A|A\\B");
+    EXPECT_EQ(RowTexts(f.lvwPrj, "|"), "A|A\\B");
     ASSERT_TRUE(f.ScaledPicture.Image);
     EXPECT_FALSE(f.ScaledPicture.Image->Empty());
     EXPECT_TRUE(f.cmdLetter.Enabled());
@@ -271,12 +255,12 @@ TEST_F(FrmPersonsCommandsTest, NewUnderAllPersonsWithThePickerCancelledMakesAnUn
 TEST_F(FrmPersonsCommandsTest, TheProjectToolbarFilesTakesAwayAndArchivesTheSelectedPersonsRows) {
     frmPersons& f = Open();
     Select(f, "Smith");
-    ASSERT_EQ(Texts(f.lvwPrj), "AB");
+    ASSERT_EQ(RowTexts(f.lvwPrj, "|"), "AB");
     EXPECT_EQ(f.TbPrjProp.Buttons("PrjArcPrj").Caption(), "to Archive");
 
     host_.QueueProjectPickerAnswer("Z");
     f.TbPrjProp.UserClick("Add");
-    EXPECT_EQ(Texts(f.lvwPrj), "AB|Z");
+    EXPECT_EQ(RowTexts(f.lvwPrj, "|"), "AB|Z");
 
     // The selected row goes to the archive and stays selected; the key
     // then offers the way back.

@@ -2,19 +2,12 @@
 
 #include <filesystem>
 
-#include "personslist/persons_book.h"
 #include "platform/ui/scripted_host.h"
+#include "window_fixture.h"
 #include "zelvo/addressbook.h"
 
 namespace zelvo::testing {
 namespace {
-
-// The rows of a list as "Text" joined by ",", in list order.
-std::string Names(const ui::ListView& lv) {
-    std::string s;
-    for (int i = 1; i <= lv.ListItems().Count(); ++i) s += (i > 1 ? "," : "") + lv.ListItems().Item(i).Text();
-    return s;
-}
 
 // The pressed keys of the project bar.
 std::string Pressed(const ui::Toolbar& tb) {
@@ -24,18 +17,8 @@ std::string Pressed(const ui::Toolbar& tb) {
     return s;
 }
 
-class FrmPersonsTest : public PersonsBookTest {
+class FrmPersonsTest : public PersonsWindowTest {
 protected:
-    void SetUp() override {
-        PersonsBookTest::SetUp();
-        ShellPaths().SetCurrentFolder({});
-        // The folder of the archived project: the archive side exists.
-        std::filesystem::create_directories(ShellPaths().GetArchiveFolder() + "Old");
-    }
-    void TearDown() override {
-        ShellPaths().SetCurrentFolder({});
-        PersonsBookTest::TearDown();
-    }
     ui::ScriptedUiHost host_;
     ui::ScopedUiHost scope_{host_};
 };
@@ -49,7 +32,7 @@ TEST_F(FrmPersonsTest, TheFilterKeysRefillTheListAndTheBarShowsTheFilter) {
 
     form.tbPrj.UserClick("AllPersons");
     EXPECT_EQ(form.PrjFilter, AllPersons);
-    EXPECT_EQ(Names(form.LvwUser), "Smith,Иванов Иван");  // sorted by name
+    EXPECT_EQ(RowTexts(form.LvwUser), "Smith,Иванов Иван");  // sorted by name
     EXPECT_EQ(Pressed(form.tbPrj), "AllPersons");
     EXPECT_EQ(form.txtPrj.Text(), "");
 
@@ -57,14 +40,14 @@ TEST_F(FrmPersonsTest, TheFilterKeysRefillTheListAndTheBarShowsTheFilter) {
     form.tbPrj.UserClick("Projects");
     EXPECT_EQ(form.PrjFilter, AllPersons);
     EXPECT_TRUE(form.InsArcPrj);
-    EXPECT_EQ(Names(form.LvwUser), "Archive Person");
+    EXPECT_EQ(RowTexts(form.LvwUser), "Archive Person");
     EXPECT_EQ(form.tbPrj.Buttons("Projects").Image(), Variant("Archive"));
     EXPECT_EQ(form.tbPrj.Buttons("Projects").ToolTipText(), "Go to Projects");
 
     form.tbPrj.UserClick("Projects");
     form.rProject = "A";
     form.tbPrj.UserClick("CurPrj");
-    EXPECT_EQ(Names(form.LvwUser), "Иванов Иван");
+    EXPECT_EQ(RowTexts(form.LvwUser), "Иванов Иван");
     EXPECT_EQ(form.txtPrj.Text(), "A");
     EXPECT_EQ(Pressed(form.tbPrj), "CurPrj");
     EXPECT_EQ(form.tbPrj.Buttons("Projects").ToolTipText(), "Go to Archive of completed projects");
@@ -89,7 +72,7 @@ TEST_F(FrmPersonsTest, BrowseTakesThePickedProjectAndACancelChangesNothing) {
     EXPECT_EQ(form.PrjFilter, CurPrj);
     EXPECT_EQ(form.rProject, "A\\B");
     EXPECT_EQ(form.txtPrj.Text(), "A\\B");
-    EXPECT_EQ(Names(form.LvwUser), "Иванов Иван");
+    EXPECT_EQ(RowTexts(form.LvwUser), "Иванов Иван");
     EXPECT_EQ(Pressed(form.tbPrj), "CurPrj");
     ASSERT_EQ(host_.PickerLog().size(), 2u);
     EXPECT_EQ(host_.PickerLog()[1].rootFolder, ShellPaths().GetDataFolder());
@@ -137,7 +120,7 @@ TEST_F(FrmPersonsTest, CurrentProjectWithNoPathTakesTheShellsCurrentFolderAndIts
     EXPECT_TRUE(form.InsArcPrj);
     EXPECT_EQ(form.rProject, "Old");
     EXPECT_EQ(form.txtPrj.Text(), "Old");
-    EXPECT_EQ(Names(form.LvwUser), "Archive Person");
+    EXPECT_EQ(RowTexts(form.LvwUser), "Archive Person");
 
     ShellPaths().SetCurrentFolder(ShellPaths().GetDataFolder() + "A/B/");
     frmPersons live;
@@ -145,7 +128,7 @@ TEST_F(FrmPersonsTest, CurrentProjectWithNoPathTakesTheShellsCurrentFolderAndIts
     live.Navigate();
     EXPECT_FALSE(live.InsArcPrj);
     EXPECT_EQ(live.rProject, "A\\B");
-    EXPECT_EQ(Names(live.LvwUser), "Иванов Иван");
+    EXPECT_EQ(RowTexts(live.LvwUser), "Иванов Иван");
 }
 
 TEST_F(FrmPersonsTest, ASpaceSwapsTheDialogButtonsForExitAndLivesInTheWindowProperty) {
@@ -168,7 +151,7 @@ TEST_F(FrmPersonsTest, ASpaceSwapsTheDialogButtonsForExitAndLivesInTheWindowProp
 TEST_F(FrmPersonsTest, PickPersonGivesThePersonOnlyWhenTheWindowEndsWithOK) {
     host_.QueueWindowAction([](ui::Form& f) {
         auto& form = static_cast<frmPersons&>(f);
-        EXPECT_EQ(Names(form.LvwUser), "Иванов Иван");  // started on the project given
+        EXPECT_EQ(RowTexts(form.LvwUser), "Иванов Иван");  // started on the project given
         form.cmdOK.UserClick();
     });
     EXPECT_EQ(PickPerson("A\\B", false, 0, 0, false), 1);
@@ -201,7 +184,7 @@ TEST_F(FrmPersonsTest, ShowAddressBookAndSpaceNavigateOpenTheWindowOnTheObjectsV
     std::vector<std::string> seen;
     auto look = [&](ui::Form& f) {
         auto& form = static_cast<frmPersons&>(f);
-        seen.push_back(Names(form.LvwUser) + " space " + std::to_string(form.SpaceID()));
+        seen.push_back(RowTexts(form.LvwUser) + " space " + std::to_string(form.SpaceID()));
     };
     host_.QueueWindowAction(look);
     book.ShowAddressBook();  // no project: the unsorted
