@@ -5,22 +5,10 @@
 #include "personslist/persons_book.h"
 #include "platform/ui/scripted_host.h"
 #include "projects/project_state.h"
+#include "support/control_text.h"
 
 namespace zelvo::testing {
 namespace {
-
-std::string Pressed(const ui::Toolbar& tb) {
-    std::string s;
-    for (int i = 1; i <= tb.Count(); ++i)
-        if (tb.Buttons(i).Value()) s += (s.empty() ? "" : ",") + tb.Buttons(i).Key();
-    return s;
-}
-
-std::string Rows(const ui::ListView& lv) {
-    std::string s;
-    for (int i = 1; i <= lv.ListItems().Count(); ++i) s += (i > 1 ? "," : "") + lv.ListItems().Item(i).Text();
-    return s;
-}
 
 class AddrDLGTest : public PersonsBookTest {
 protected:
@@ -59,14 +47,14 @@ TEST_F(AddrDLGTest, AfterAFillTheTopRowIsTheLastRecordAndAClickStepsBothSets) {
     dlg_.DbInit(all);
     dlg_.ReFill();
     // The whole table, persons in no project included, from the last record up.
-    ASSERT_EQ(Rows(LvwUser), "Archive Person,Nobody No Name,Smith,Иванов Иван");
+    ASSERT_EQ(RowTexts(LvwUser), "Archive Person,Nobody No Name,Smith,Иванов Иван");
     EXPECT_EQ(Current(dlg_.RsPersonal), 4);
 
     dlg_.LvwUser_ItemClick(LvwUser.ListItems().Item(4));
     EXPECT_EQ(Current(dlg_.RsPersonal), 1);
     EXPECT_EQ(Current(dlg_.DataPersonalFull), 1);
     dlg_.FillLvwProjects();
-    EXPECT_EQ(Rows(LvwProjects), "A,A\\B");
+    EXPECT_EQ(RowTexts(LvwProjects), "A,A\\B");
 
     dlg_.LvwUser_ItemClick(LvwUser.ListItems().Item(2));
     EXPECT_EQ(Current(dlg_.RsPersonal), 3);
@@ -82,17 +70,17 @@ TEST_F(AddrDLGTest, AProjectOrTheUnsortedChooseThePersonsAndTheKeysRefill) {
     EXPECT_EQ(Pressed(tbPrj), "CurPrj");
     EXPECT_EQ(txtPrj.Text(), "A");
     dlg_.ReFill();
-    EXPECT_EQ(Rows(LvwUser), "Иванов Иван");
-    EXPECT_EQ(Rows(LvwProjects), "A,A\\B");
+    EXPECT_EQ(RowTexts(LvwUser), "Иванов Иван");
+    EXPECT_EQ(RowTexts(LvwProjects), "A,A\\B");
 
     tbPrj.UserClick("NoPrj");
-    EXPECT_EQ(Rows(LvwUser), "Nobody No Name");
+    EXPECT_EQ(RowTexts(LvwUser), "Nobody No Name");
     EXPECT_EQ(Pressed(tbPrj), "NoPrj");
     EXPECT_EQ(txtPrj.Text(), "");
     EXPECT_EQ(LvwProjects.ListItems().Count(), 0);
 
     tbPrj.UserClick("AllMsg");
-    EXPECT_EQ(Rows(LvwUser), "Smith,Иванов Иван");  // every live member, once
+    EXPECT_EQ(RowTexts(LvwUser), "Smith,Иванов Иван");  // every live member, once
     EXPECT_EQ(Pressed(tbPrj), "AllMsg");
 
     // The other side: the archive's members of the project path mapped across.
@@ -103,7 +91,7 @@ TEST_F(AddrDLGTest, AProjectOrTheUnsortedChooseThePersonsAndTheKeysRefill) {
 
     host_.QueueProjectPickerAnswer("Old");
     tbPrj.UserClick("Browse");
-    EXPECT_EQ(Rows(LvwUser), "Archive Person");
+    EXPECT_EQ(RowTexts(LvwUser), "Archive Person");
     EXPECT_EQ(txtPrj.Text(), "Old");
 }
 
@@ -116,7 +104,7 @@ TEST_F(AddrDLGTest, WithNoProjectTheUnsortedAndTheShellsFolderAndSide) {
     EXPECT_EQ(tbPrj.Buttons("Projects").Image(), Variant("Archive"));
     EXPECT_EQ(Pressed(tbPrj), "NoPrj");
     dlg_.ReFill();
-    EXPECT_EQ(Rows(LvwUser), "Nobody No Name");
+    EXPECT_EQ(RowTexts(LvwUser), "Nobody No Name");
 }
 
 TEST_F(AddrDLGTest, ACancelledBrowseRestoresThePressedKeyAndChangesNothing) {
@@ -128,7 +116,7 @@ TEST_F(AddrDLGTest, ACancelledBrowseRestoresThePressedKeyAndChangesNothing) {
     host_.QueueProjectPickerAnswer(std::nullopt);
     tbPrj.UserClick("Browse");
     EXPECT_EQ(Pressed(tbPrj), "NoPrj");
-    EXPECT_EQ(Rows(LvwUser), "Nobody No Name");
+    EXPECT_EQ(RowTexts(LvwUser), "Nobody No Name");
     EXPECT_EQ(txtPrj.Text(), "");
 }
 
@@ -142,7 +130,7 @@ TEST_F(AddrDLGTest, WithNoArchiveFolderTheSideStaysAndThePersonIsTold) {
     ASSERT_EQ(host_.Log().size(), 1u);
     EXPECT_EQ(host_.Log()[0].prompt, "Archive of is empty!");
     EXPECT_FALSE(dlg_.IsInsArcPrj());
-    EXPECT_EQ(Rows(LvwUser), "Иванов Иван");
+    EXPECT_EQ(RowTexts(LvwUser), "Иванов Иван");
 }
 
 }  // namespace

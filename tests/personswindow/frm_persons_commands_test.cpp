@@ -6,6 +6,7 @@
 #include "personswindow/person_summary.h"
 #include "platform/imaging/encode_png.h"
 #include "platform/ui/scripted_host.h"
+#include "support/control_text.h"
 #include "window_fixture.h"
 #include "zelvo/enums.h"
 

@@ -3,19 +3,12 @@
 #include <filesystem>
 
 #include "platform/ui/scripted_host.h"
+#include "support/control_text.h"
 #include "window_fixture.h"
 #include "zelvo/addressbook.h"
 
 namespace zelvo::testing {
 namespace {
-
-// The pressed keys of the project bar.
-std::string Pressed(const ui::Toolbar& tb) {
-    std::string s;
-    for (int i = 1; i <= tb.Count(); ++i)
-        if (tb.Buttons(i).Value()) s += (s.empty() ? "" : ",") + tb.Buttons(i).Key();
-    return s;
-}
 
 class FrmPersonsTest : public PersonsWindowTest {
 protected:

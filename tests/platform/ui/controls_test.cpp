@@ -2,20 +2,14 @@
 
 #include "platform/ui/form.h"
 #include "platform/ui/scripted_host.h"
+#include "support/control_text.h"
 #include "support/error_number.h"
 
 namespace zelvo::ui {
 namespace {
 
 using testing::ErrorNumberOf;
-
-// The pressed buttons of a toolbar as "Key,Key".
-std::string Pressed(const Toolbar& tb) {
-    std::string s;
-    for (int i = 1; i <= tb.Count(); ++i)
-        if (tb.Buttons(i).Value()) s += (s.empty() ? "" : ",") + tb.Buttons(i).Key();
-    return s;
-}
+using testing::Pressed;
 
 TEST(ToolbarTest, APersonsClickTogglesCheckAndPressesOneOfAGroupRun) {
     Toolbar tb;
